@@ -1,0 +1,15 @@
+# Options of every target that we compile, as one interface.
+add_library(hol_options INTERFACE)
+target_compile_options(hol_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                                             -Wno-sign-conversion -Wnon-virtual-dtor)
+if(HOL_WARNINGS_AS_ERRORS)
+  target_compile_options(hol_options INTERFACE -Werror)
+endif()
+if(HOL_DEVELOPMENT_BUILD)
+  target_compile_definitions(hol_options INTERFACE HOL_DEVELOPMENT_BUILD)
+endif()
+if(HOL_SANITIZERS)
+  target_compile_options(hol_options INTERFACE -fsanitize=${HOL_SANITIZERS}
+                                               -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(hol_options INTERFACE -fsanitize=${HOL_SANITIZERS})
+endif()

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "HolStandardInfraExport.h"
+#include "VyrAnnStandardXMLValue.h"
+#include "VyrBaseUnknown.h"
+#include "VyrInstanceCounter.h"
+#include "VyrUnicodeString.h"
+
+class VyrAnnStandardXMLNode;
+using VyrAnnStandardXMLNode_var = VyrVar<VyrAnnStandardXMLNode>;
+
+/// A named node of a drafting standard's tree, with child nodes and typed values.
+///
+/// Reference-counted: lists hold references, and every lookup hands out a counted reference that
+/// the caller releases. Names need not be unique among siblings (lists of instances repeat one
+/// name); every lookup by name is exact, case-sensitive and takes the first match in list order.
+/// Indices are 0-based. A refused call reports a failed check, returns its failure value and
+/// changes nothing. Used from one thread at a time.
+class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLNode final
+    : public VyrFrameworkClass<VyrAnnStandardXMLNode>,
+      private VyrCountedInstance<VyrAnnStandardXMLClass> {
+ public:
+  static constexpr const char* kClassName = "VyrAnnStandardXMLNode";
+  static constexpr const char* kLibrary = "HolStandardInfra";
+
+  enum Type : int {
+    NodeTop = 0,       ///< one of the three top nodes of a document
+    NodePlain = 1,     ///< a group of parameters, or the node that carries one value under its name
+    NodeTypeDef = 2,   ///< definition of a compound type; its values are the fields
+    NodeEnum = 3,      ///< definition of an enumeration; its values are the literals
+    NodeInstance = 4,  ///< instance of a compound type; its values are held directly
+  };
+
+  using Nodes = std::vector<VyrAnnStandardXMLNode_var>;
+  using Values = std::vector<VyrAnnStandardXMLValue_var>;
+
+  VyrAnnStandardXMLNode(Type type, VyrUnicodeView name);
+  /// A plain node without a name, as the object framework makes it.
+  VyrAnnStandardXMLNode() : VyrAnnStandardXMLNode(NodePlain, {}) {}
+
+  Type GetNodeType() const { return type_; }
+  const VyrUnicodeString& GetNodeName() const { return name_; }
+  void SetNodeName(VyrUnicodeView name);
+
+  /// The lists themselves, borrowed until they are edited.
+  const Nodes& GetNodes() const { return nodes_; }
+  const Values& GetValues() const { return values_; }
+  int GetNumOfNode() const { return static_cast<int>(nodes_.size()); }
+  int GetNumOfValue() const { return static_cast<int>(values_.size()); }
+
+  /// Adds a child, of which the list takes a reference of its own. A negative index appends; an
+  /// index from 0 to the count less 1 inserts before that element. The count itself is refused:
+  /// insertion at the end is asked for by a negative index only.
+  void AddNode(VyrAnnStandardXMLNode* child, int index);
+  void AddValue(VyrAnnStandardXMLValue* value, int index);
+
+  /// A negative index means the last element. Null past the end.
+  VyrAnnStandardXMLNode* GetNode(int index) const;
+  VyrAnnStandardXMLValue* GetValue(int index) const;
+  /// Null when there is none, without a report.
+  VyrAnnStandardXMLNode* GetNodeByName(VyrUnicodeView name) const;
+  VyrAnnStandardXMLValue* GetValueByName(VyrUnicodeView name) const;
+  /// The child named "Default", else the first child; null, reported, without children.
+  VyrAnnStandardXMLNode* GetDefaultNode() const;
+  /// Removes the value at an index from 0; 1 when done, 0 when refused.
+  int DeleteValue(int index);
+
+  /// Adds a plain node `name` that wraps one value, as the parameters of a standard are held.
+  /// `typeName` names the enumeration of a `ValueEnum` and must be empty for every other type; a
+  /// `ValueEnum` also needs a value. `index` is -1 to append, or from 0 to the child count. Result
+  /// 1 once the node is handed to `AddNode` (which refuses the count itself), 0 when refused.
+  int AddNodeWithValue(VyrUnicodeView name, VyrAnnStandardXMLValue::Type type, VyrUnicodeView value,
+                       VyrUnicodeView typeName, int index);
+  /// Sets the text of the only value; of several values the one named before the first ":" of
+  /// `text` takes what follows that ":". Does nothing for several values and no ":".
+  void ChangeValue(VyrUnicodeView text);
+
+  /// The node at the end of a path of names joined by ".", below this node. With an occurrence
+  /// other than 1 the last name is not looked at: the child is taken by its place, k >= 2 the k-th
+  /// and anything below 1 the last one, so that a caller addresses the instance just appended.
+  VyrAnnStandardXMLNode* GetNodeWithPath(VyrUnicodeView path, int occurrence) const;
+  /// The first value whose text (not its name) is the last segment of the path: how a literal of
+  /// an enumeration is found.
+  VyrAnnStandardXMLValue* GetValueWithPath(VyrUnicodeView path) const;
+  /// Removes the first child of the last name, else the first value of that name, else the first
+  /// value of that text. 0 when removed, 1 when nothing was found.
+  int DeleteNodeWithPath(VyrUnicodeView path);
+
+  /// Number of enumeration values in this tree whose literal is not defined under `enumTop`; each
+  /// is reported as one line. A null `enumTop` checks nothing. `context` begins every line; each
+  /// level appends its own name to it.
+  int Check(VyrAnnStandardXMLNode* enumTop, VyrUnicodeView context) const;
+  /// An independent copy of the whole tree; the caller owns its reference.
+  VyrAnnStandardXMLNode* Clone() const;
+
+ private:
+  friend struct VyrFirstMatchAccess;
+  friend class VyrAnnStandardXMLParser;
+  struct Indexes;
+
+  ~VyrAnnStandardXMLNode() override;
+
+  static int SplitPath(std::string_view path, std::string_view& head, std::string_view& tail);
+  const VyrAnnStandardXMLNode* FindParentOfLast(std::string_view path,
+                                                std::string_view& last) const;
+  VyrAnnStandardXMLNode* FindNode(std::string_view name) const;
+  VyrAnnStandardXMLValue* FindValue(std::string_view name) const;
+  VyrAnnStandardXMLValue* FindValueByText(std::string_view text) const;
+  Indexes& WideIndexes() const;
+  void RemoveNode(const VyrAnnStandardXMLNode* child);
+  void RemoveValue(std::size_t index);
+
+  Type type_;
+  bool isIndexed_ = false;
+  VyrUnicodeString name_;
+  Nodes nodes_;
+  Values values_;
+  mutable std::unique_ptr<Indexes> indexes_;
+};

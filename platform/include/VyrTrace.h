@@ -1,0 +1,58 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <string_view>
+
+#include "HolStandardInfraExport.h"
+
+/// A named stream of trace lines, off until the host switches it on. An operation asks `IsOn`
+/// first, so that a channel that is off costs one branch and formats nothing.
+class HOLSTANDARDINFRA_EXPORT VyrTrace {
+ public:
+  /// `name`, `title` and `destination` must outlive the process. Lines go to `destination`
+  /// ("STDERR": the trace sink) and are cut at `lineSize` bytes, their end included.
+  VyrTrace(const char* name, const char* title, int level = 0, const char* destination = "STDERR",
+           int lineSize = 1024);
+  VyrTrace(const VyrTrace&) = delete;
+  VyrTrace& operator=(const VyrTrace&) = delete;
+  ~VyrTrace();
+
+  bool IsOn() const { return on_.load(std::memory_order_relaxed); }
+  void Switch(bool on) { on_.store(on, std::memory_order_relaxed); }
+  const char* GetName() const { return name_; }
+  const char* GetTitle() const { return title_; }
+
+  /// The blanks that begin a line inside the blocks which are open on this thread.
+  static std::string Indentation();
+  /// Formats one or more lines as `printf` does.
+  void Print(const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+  /// The channel of that name, or null.
+  static VyrTrace* Find(std::string_view name);
+
+ private:
+  friend class VyrTraceBlock;
+  static int& Depth();
+
+  const char* name_;
+  const char* title_;
+  [[maybe_unused]] int level_;
+  [[maybe_unused]] const char* destination_;
+  int lineSize_;
+  std::atomic<bool> on_{false};
+};
+
+/// Traces the start and the end of an operation and indents what is traced between them.
+class HOLSTANDARDINFRA_EXPORT VyrTraceBlock {
+ public:
+  /// `operation` must outlive the block.
+  VyrTraceBlock(VyrTrace& channel, const char* operation);
+  VyrTraceBlock(const VyrTraceBlock&) = delete;
+  VyrTraceBlock& operator=(const VyrTraceBlock&) = delete;
+  ~VyrTraceBlock();
+
+ private:
+  VyrTrace* channel_;
+  const char* operation_;
+};

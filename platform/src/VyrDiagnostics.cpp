@@ -1,0 +1,67 @@
+#include "VyrDiagnostics.h"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "VyrUtf8.h"
+
+namespace {
+
+VyrDiagnosticSinks& Sinks() {
+  static VyrDiagnosticSinks sinks;
+  return sinks;
+}
+
+std::atomic<bool> developmentStage{false};
+
+void WriteToStandardError(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+void Send(const VyrDiagnosticSinks::Sink& sink, std::string_view text) {
+  if (sink) {
+    sink(text);
+  } else {
+    WriteToStandardError(text);
+  }
+}
+
+/// Text of at most `size` bytes, never half a character: the report must stay readable as UTF-8.
+std::string Limited(std::string_view text, std::size_t size) {
+  return std::string(VyrCutUtf8(text, size));
+}
+
+}  // namespace
+
+VyrDiagnosticSinks VyrSetDiagnosticSinks(VyrDiagnosticSinks sinks) {
+  std::swap(Sinks(), sinks);
+  return sinks;
+}
+
+bool VyrDevelopmentStage() { return developmentStage.load(std::memory_order_relaxed); }
+void VyrSetDevelopmentStage(bool development) { developmentStage = development; }
+
+void VyrSysLogError(std::string_view text) { Send(Sinks().errorLog, text); }
+
+void VyrSysLogAbend(std::string_view text) {
+  Send(Sinks().abendLog, text);
+  // A host that receives abends decides for itself; a shipped application must never be taken down.
+  if (!Sinks().abendLog && VyrDevelopmentStage()) std::abort();
+}
+
+void VyrTraceOutput(std::string_view text) { Send(Sinks().trace, text); }
+
+void VyrSourceUnit::Report(const char* kind, std::string_view message,
+                           std::source_location where) const {
+  char text[287];
+  std::snprintf(text, sizeof text, ">> ASSERTION FAILED %.32s: %.40s [File: %.128s:%4d].<<\n", kind,
+                Limited(message, 40).c_str(), name_, static_cast<int>(where.line()));
+  if (VyrDevelopmentStage()) {
+    Send(Sinks().print, text);
+    VyrSysLogAbend(text);
+  } else {
+    VyrSysLogError(text);
+  }
+}

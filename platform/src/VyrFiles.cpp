@@ -1,0 +1,192 @@
+#include "VyrFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <utility>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string LastError() { return std::strerror(errno); }
+
+/// An open file descriptor.
+class Descriptor {
+ public:
+  explicit Descriptor(int value) : value_(value) {}
+  Descriptor(Descriptor&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(value_, other.value_);
+    return *this;
+  }
+  ~Descriptor() {
+    if (value_ >= 0) ::close(value_);
+  }
+  int Get() const { return value_; }
+  bool IsOpen() const { return value_ >= 0; }
+  /// Closing may be the moment at which a file system reports a failed write.
+  bool Close() { return ::close(std::exchange(value_, -1)) == 0; }
+
+ private:
+  int value_;
+};
+
+/// A new file beside `target` that disappears with its object unless it took the target's place.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& target) : path_(NewPath(target)), file_(Open(path_)) {
+    for (int i = 0; i < kMostTries && !file_.IsOpen() && errno == EEXIST; ++i) {
+      path_ = NewPath(target);
+      file_ = Open(path_);
+    }
+    exists_ = file_.IsOpen();
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (exists_) ::unlink(path_.c_str());
+  }
+  Descriptor& File() { return file_; }
+  bool RenameTo(const std::string& target) {
+    exists_ = ::rename(path_.c_str(), target.c_str()) != 0;
+    return !exists_;
+  }
+
+ private:
+  static constexpr int kMostTries = 100;
+
+  static std::string NewPath(const std::string& target) {
+    static std::atomic<unsigned> serial{0};
+    return target + "." + std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
+  }
+  static Descriptor Open(const std::string& path) {
+    return Descriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  }
+
+  std::string path_;
+  Descriptor file_;
+  bool exists_ = false;
+};
+
+bool WriteAll(int file, std::string_view content) {
+  while (!content.empty()) {
+    const ssize_t written = ::write(file, content.data(), content.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    content.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+bool ReadAll(int file, std::size_t sizeHint, std::string& content) {
+  constexpr std::size_t leastBlock = 65536;
+  std::size_t size = 0;
+  content.resize(sizeHint + 1);
+  for (;;) {
+    if (size == content.size()) content.resize(size + std::max(size, leastBlock));
+    const ssize_t got = ::read(file, content.data() + size, content.size() - size);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return false;
+    if (got == 0) break;
+    size += static_cast<std::size_t>(got);
+  }
+  content.resize(size);
+  return true;
+}
+
+/// The file that a chain of symbolic links leads to, whether it exists yet or not; empty when the
+/// links go round in a circle.
+std::string LinkTarget(const std::string& path) {
+  constexpr int mostLinks = 40;
+  fs::path target = path;
+  std::error_code error;
+  for (int i = 0; i < mostLinks; ++i) {
+    if (!fs::is_symlink(target, error)) return target;
+    target = target.parent_path() / fs::read_symlink(target, error);
+    if (error) return target;
+  }
+  return {};
+}
+
+/// A device or a pipe is written to; only a regular file can be replaced by another one.
+std::string WriteThrough(const std::string& target, std::string_view content) {
+  Descriptor file(::open(target.c_str(), O_WRONLY | O_CLOEXEC));
+  if (!file.IsOpen() || !WriteAll(file.Get(), content) || !file.Close()) {
+    return "cannot be written: " + LastError();
+  }
+  return {};
+}
+
+std::string ReplaceFile(const std::string& target, const mode_t* mode, std::string_view content) {
+  TemporaryFile temporary(target);
+  Descriptor& file = temporary.File();
+  if (!file.IsOpen() || (mode != nullptr && ::fchmod(file.Get(), *mode & 07777) != 0) ||
+      !WriteAll(file.Get(), content) || ::fsync(file.Get()) != 0 || !file.Close() ||
+      !temporary.RenameTo(target)) {
+    return "cannot be written: " + LastError();
+  }
+  return {};
+}
+
+/// Makes a rename survive a power failure. Not every file system can; the content is safe anyway.
+void SyncDirectory(const std::string& directory) {
+  const Descriptor folder(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder.IsOpen()) ::fsync(folder.Get());
+}
+
+}  // namespace
+
+std::string VyrNativePath(VyrUnicodeView path) {
+  std::string literal(path);
+  std::error_code error;
+  if (literal.find('\\') == std::string::npos || fs::exists(literal, error)) return literal;
+  std::string native = literal;
+  std::replace(native.begin(), native.end(), '\\', '/');
+  const std::string folder = fs::path(native).parent_path();
+  return fs::is_directory(folder.empty() ? "." : folder, error) ? native : literal;
+}
+
+void VyrSplitPath(VyrUnicodeView path, std::string& directory, std::string& fileName) {
+  const std::size_t separator = path.find_last_of("/\\");
+  const bool hasDirectory = separator != std::string_view::npos;
+  const std::string whole(path);
+  directory = hasDirectory ? whole.substr(0, separator) : std::string();
+  fileName = hasDirectory ? whole.substr(separator + 1) : whole;
+}
+
+std::string VyrReadFile(VyrUnicodeView path, std::string& content) {
+  const std::string native = VyrNativePath(path);
+  const Descriptor file(::open(native.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file.IsOpen()) return "cannot be opened: " + LastError();
+  struct stat status {};
+  if (::fstat(file.Get(), &status) != 0) return "cannot be read: " + LastError();
+  if (S_ISDIR(status.st_mode)) return "is a folder, not a file";
+  std::string read;
+  const auto sizeHint = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
+  if (!ReadAll(file.Get(), sizeHint, read)) return "cannot be read: " + LastError();
+  content = std::move(read);
+  return {};
+}
+
+std::string VyrSaveFile(VyrUnicodeView path, std::string_view content) {
+  if (path.empty()) return "no file name is given";
+  const std::string target = LinkTarget(VyrNativePath(path));
+  if (target.empty()) return "cannot be written: too many symbolic links";
+  struct stat status {};
+  const bool exists = ::stat(target.c_str(), &status) == 0;
+  if (exists && S_ISDIR(status.st_mode)) return "is a folder, not a file";
+  if (exists && !S_ISREG(status.st_mode)) return WriteThrough(target, content);
+  if (exists && ::access(target.c_str(), W_OK) != 0) return "cannot be written: " + LastError();
+  const std::string problem = ReplaceFile(target, exists ? &status.st_mode : nullptr, content);
+  if (!problem.empty()) return problem;
+  const std::string folder = fs::path(target).parent_path();
+  SyncDirectory(folder.empty() ? "." : folder);
+  return {};
+}

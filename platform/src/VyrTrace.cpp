@@ -1,0 +1,74 @@
+#include "VyrTrace.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <vector>
+
+#include "VyrDiagnostics.h"
+#include "VyrUtf8.h"
+
+namespace {
+
+std::vector<VyrTrace*>& Channels() {
+  static std::vector<VyrTrace*> channels;
+  return channels;
+}
+
+constexpr int kBlanksPerBlock = 2;
+
+}  // namespace
+
+VyrTrace::VyrTrace(const char* name, const char* title, int level, const char* destination,
+                   int lineSize)
+    : name_(name), title_(title), level_(level), destination_(destination), lineSize_(lineSize) {
+  Channels().push_back(this);
+}
+
+VyrTrace::~VyrTrace() { std::erase(Channels(), this); }
+
+int& VyrTrace::Depth() {
+  thread_local int depth = 0;
+  return depth;
+}
+
+std::string VyrTrace::Indentation() {
+  return std::string(static_cast<std::size_t>(Depth()) * kBlanksPerBlock, ' ');
+}
+
+void VyrTrace::Print(const char* format, ...) {
+  if (!IsOn()) return;
+  std::string line(static_cast<std::size_t>(lineSize_), '\0');
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int length = std::vsnprintf(line.data(), line.size(), format, arguments);
+  va_end(arguments);
+  if (length < 0) return;
+  const std::size_t capacity = line.size() - 1;
+  const bool isCut = static_cast<std::size_t>(length) > capacity;
+  line.resize(std::min(static_cast<std::size_t>(length), capacity));
+  if (isCut) {
+    line.resize(VyrCutUtf8(line, capacity - 1).size());
+    line += '\n';
+  }
+  VyrTraceOutput(line);
+}
+
+VyrTrace* VyrTrace::Find(std::string_view name) {
+  const auto found = std::find_if(Channels().begin(), Channels().end(),
+                                  [&](VyrTrace* channel) { return name == channel->name_; });
+  return found == Channels().end() ? nullptr : *found;
+}
+
+VyrTraceBlock::VyrTraceBlock(VyrTrace& channel, const char* operation)
+    : channel_(channel.IsOn() ? &channel : nullptr), operation_(operation) {
+  if (channel_ == nullptr) return;
+  channel_->Print("%s{ %s\n", VyrTrace::Indentation().c_str(), operation_);
+  ++VyrTrace::Depth();
+}
+
+VyrTraceBlock::~VyrTraceBlock() {
+  if (channel_ == nullptr) return;
+  --VyrTrace::Depth();
+  channel_->Print("%s} %s\n", VyrTrace::Indentation().c_str(), operation_);
+}

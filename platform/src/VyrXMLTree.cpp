@@ -1,0 +1,100 @@
+#include "VyrXMLTree.h"
+
+#include <limits>
+
+#include "VyrXMLTreeBuilder.h"
+
+VyrXMLTree::VyrXMLTree() {
+  names_.emplace_back();
+  items_.push_back({Kind::Document, 1, 0, kNone, 1, 0, 0});
+}
+
+VyrXMLTree::Index VyrXMLTree::GetDocumentElement() const {
+  Index child = GetFirstChild(kDocument);
+  while (child != kNone && GetKind(child) != Kind::Element) child = GetNextSibling(child);
+  return child;
+}
+
+std::size_t VyrXMLTreeBuilder::NameKeyHash::operator()(const NameKey& key) const {
+  const auto local = reinterpret_cast<std::uintptr_t>(key.localName);
+  const auto prefix = reinterpret_cast<std::uintptr_t>(key.prefix);
+  const auto uri = reinterpret_cast<std::uintptr_t>(key.namespaceURI);
+  return ((local * 31 + prefix) * 31 + uri) * 0x9E3779B97F4A7C15u >> 8;
+}
+
+std::uint32_t VyrXMLTreeBuilder::NameId(const NameKey& key) {
+  const auto [entry, isNew] =
+      nameIds_.try_emplace(key, static_cast<std::uint32_t>(tree_.names_.size()));
+  if (isNew) {
+    const auto text = [](const char* part) { return std::string(part == nullptr ? "" : part); };
+    const std::string qualified =
+        key.prefix == nullptr ? text(key.localName) : text(key.prefix) + ":" + key.localName;
+    tree_.names_.push_back({text(key.namespaceURI), text(key.localName), qualified});
+  }
+  return entry->second;
+}
+
+std::uint32_t VyrXMLTreeBuilder::StoreText(std::string_view text) {
+  constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
+  if (tree_.text_.size() + text.size() > most) {
+    fits_ = false;
+    return 0;
+  }
+  const auto begin = static_cast<std::uint32_t>(tree_.text_.size());
+  tree_.text_.append(text);
+  return begin;
+}
+
+VyrXMLTree::Index VyrXMLTreeBuilder::AddItem(VyrXMLTree::Kind kind, std::uint32_t name, int line) {
+  const VyrXMLTree::Index item = tree_.GetCount();
+  if (item == VyrXMLTree::kNone - 1) fits_ = false;
+  tree_.items_.push_back(
+      {kind, static_cast<std::uint32_t>(line), name, parent_, item + 1, 0, 0});
+  return item;
+}
+
+void VyrXMLTreeBuilder::StartElement(const NameKey& name, int line) {
+  parent_ = AddItem(VyrXMLTree::Kind::Element, NameId(name), line);
+  tree_.items_[parent_].dataBegin = static_cast<std::uint32_t>(tree_.attributes_.size());
+}
+
+void VyrXMLTreeBuilder::AddAttribute(const NameKey& name, std::string_view value) {
+  tree_.attributes_.push_back(
+      {NameId(name), StoreText(value), static_cast<std::uint32_t>(value.size())});
+  ++tree_.items_[parent_].dataSize;
+}
+
+void VyrXMLTreeBuilder::EndElement() {
+  tree_.items_[parent_].end = tree_.GetCount();
+  parent_ = tree_.items_[parent_].parent;
+}
+
+void VyrXMLTreeBuilder::AddText(std::string_view text, int line) {
+  VyrXMLTree::Item& last = tree_.items_.back();
+  if (last.kind == VyrXMLTree::Kind::Text && last.parent == parent_ &&
+      last.dataBegin + std::size_t{last.dataSize} == tree_.text_.size()) {
+    StoreText(text);
+    last.dataSize += static_cast<std::uint32_t>(text.size());
+    return;
+  }
+  AddLeaf(VyrXMLTree::Kind::Text, text, line);
+}
+
+void VyrXMLTreeBuilder::AddLeaf(VyrXMLTree::Kind kind, std::string_view text, int line) {
+  const VyrXMLTree::Index item = AddItem(kind, 0, line);
+  tree_.items_[item].dataBegin = StoreText(text);
+  tree_.items_[item].dataSize = static_cast<std::uint32_t>(text.size());
+}
+
+void VyrXMLTreeBuilder::AddProcessingInstruction(const NameKey& target, std::string_view text,
+                                                 int line) {
+  AddLeaf(VyrXMLTree::Kind::ProcessingInstruction, text, line);
+  tree_.items_.back().name = NameId(target);
+}
+
+void VyrXMLTreeBuilder::EndDocument() {
+  tree_.items_[VyrXMLTree::kDocument].end = tree_.GetCount();
+  tree_.items_.shrink_to_fit();
+  tree_.attributes_.shrink_to_fit();
+  tree_.text_.shrink_to_fit();
+}

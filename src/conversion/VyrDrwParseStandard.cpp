@@ -1,0 +1,85 @@
+#include "VyrDrwParseStandard.h"
+
+#include "LegacyTextReader.h"
+#include "VyrAnnStandardXMLParser.h"
+#include "VyrDftStdPersistence.h"
+#include "VyrDrwParseParameter.h"
+#include "VyrDrwParseStandardUnit.h"
+#include "VyrFiles.h"
+
+// Reading a standard and telling what it is.
+
+VyrDrwParseStandard::VyrDrwParseStandard(const VyrUnicodeString& fileName) : fileName_(fileName) {}
+
+VyrDrwParseStandard::~VyrDrwParseStandard() = default;
+
+void VyrDrwParseStandard::Decode() {
+  if (decoded_ != 0 || fileName_.IsEmpty()) return;
+  if (!kParseStandardUnit.Check(document_ == nullptr, "a document is already there")) return;
+  document_ = std::make_unique<VyrAnnStandardXMLParser>();
+  if (document_->DecodeXML(fileName_, 1) == 0) {
+    decoded_ = 1;
+  } else {
+    // What was read before the fault must not pass for a standard.
+    problem_ = document_->GetProblem();
+    document_ = std::make_unique<VyrAnnStandardXMLParser>();
+  }
+  version_ = document_->GetVersion();
+  DetermineParentStandard(document_->GetValueWithPath("Root.Dimension.ParentStandard"),
+                          document_->GetValueWithPath("Root.Dimension.TXTDatumMode"));
+}
+
+HRESULT VyrDrwParseStandard::DecodeText() {
+  if (!kParseStandardUnit.Check(decoded_ == 0 && document_ == nullptr, "already decoded")) {
+    return E_UNEXPECTED;
+  }
+  problem_ = {};
+  std::string text;
+  if (const std::string problem = VyrReadFile(fileName_, text); !problem.empty()) {
+    problem_ = {0, problem};
+    return E_FAIL;
+  }
+  LegacyTextReader reader;
+  if (!reader.Read(text)) {
+    problem_ = reader.GetProblem();
+    return E_FAIL;
+  }
+  parameters_ = reader.TakeParameters();
+  decoded_ = 1;
+  version_ = 0;
+  const auto valueOf = [this](const char* name) {
+    const VyrDrwParseParameter* parameter = GetParameter(name);
+    return parameter == nullptr ? VyrUnicodeString() : parameter->GetValue();
+  };
+  DetermineParentStandard(valueOf("ParentStandard"), valueOf("TXTDatumMode"));
+  return S_OK;
+}
+
+void VyrDrwParseStandard::DetermineParentStandard(VyrUnicodeView name, VyrUnicodeView datumMode) {
+  parentStandard_ = name;
+  if (name != "ANSI") return;
+  if (datumMode == "1") {
+    parentStandard_ = "ASME";
+  } else if (datumMode != "2") {
+    kParseStandardUnit.Raise("Invalid TXTDatumMode value! Can't determine parent standard");
+  }
+}
+
+int VyrDrwParseStandard::GetParentStandardId() const {
+  if (parentStandard_ == "ISO") return ISO;
+  if (parentStandard_ == "JIS") return JIS;
+  if (parentStandard_ == "ASME") return ASME;
+  if (parentStandard_ == "ANSI") return ANSI;
+  kParseStandardUnit.Raise("Unknown parent standard!!");
+  return 0;
+}
+
+int VyrDrwParseStandard::GetCurrentVersion() { return VyrDftStdPersistence::GetCurrentVersion(); }
+
+VyrDrwParseParameter* VyrDrwParseStandard::GetParameter(const VyrUnicodeString& name) const {
+  if (name.IsEmpty()) return nullptr;
+  for (const auto& parameter : parameters_) {
+    if (parameter != nullptr && parameter->GetName() == name) return parameter.get();
+  }
+  return nullptr;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "FirstMatchIndex.h"
+
+inline std::string_view NodeNameOf(const VyrAnnStandardXMLNode& node) {
+  return node.GetNodeName().View();
+}
+inline std::string_view ValueNameOf(const VyrAnnStandardXMLValue& value) {
+  return value.GetValueName().View();
+}
+inline std::string_view ValueTextOf(const VyrAnnStandardXMLValue& value) {
+  return value.GetValue().View();
+}
+
+/// The lookups of a wide node. A node makes them when it is first searched while it is wide.
+struct VyrAnnStandardXMLNode::Indexes {
+  /// Below this a scan is as fast as a hash and costs no memory.
+  static constexpr std::size_t kWide = 64;
+
+  FirstMatchIndex<VyrAnnStandardXMLNode, NodeNameOf> nodesByName;
+  FirstMatchIndex<VyrAnnStandardXMLValue, ValueNameOf> valuesByName;
+  FirstMatchIndex<VyrAnnStandardXMLValue, ValueTextOf> valuesByText;
+};

@@ -1,0 +1,62 @@
+#include "NodeIndexes.h"
+#include "VyrAnnStandardXMLNode.h"
+#include "VyrAnnStandardXMLUnit.h"
+
+// Lookups and deletion by dotted path. Only the first "." counts at each level, so a name never
+// holds a "." but may hold blanks.
+
+int VyrAnnStandardXMLNode::SplitPath(std::string_view path, std::string_view& head,
+                                     std::string_view& tail) {
+  const std::size_t dot = path.find('.');
+  head = path.substr(0, dot);
+  if (dot == std::string_view::npos) return 1;
+  tail = path.substr(dot + 1);
+  return 0;
+}
+
+/// The node that holds the last segment, found by name; null when a segment before it is missing.
+const VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::FindParentOfLast(std::string_view path,
+                                                                     std::string_view& last) const {
+  const VyrAnnStandardXMLNode* node = this;
+  std::string_view tail;
+  while (node != nullptr && SplitPath(path, last, tail) == 0) {
+    node = node->FindNode(last);
+    path = tail;
+  }
+  return node;
+}
+
+VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::GetNodeWithPath(VyrUnicodeView path,
+                                                              int occurrence) const {
+  std::string_view last;
+  const VyrAnnStandardXMLNode* parent = FindParentOfLast(path, last);
+  if (parent == nullptr) return nullptr;
+  // By place, whatever the name says: how a caller fills the list entry it has just appended.
+  if (occurrence != 1) return parent->GetNode(occurrence < 1 ? -1 : occurrence - 1);
+  return parent->GetNodeByName(last);
+}
+
+VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::GetValueWithPath(VyrUnicodeView path) const {
+  std::string_view last;
+  const VyrAnnStandardXMLNode* parent = FindParentOfLast(path, last);
+  if (parent == nullptr) return nullptr;
+  return VyrAnnStandardXMLValue_var::Share(parent->FindValueByText(last)).Detach();
+}
+
+int VyrAnnStandardXMLNode::DeleteNodeWithPath(VyrUnicodeView path) {
+  std::string_view last;
+  // The parent is this node or below it, and this call may edit both.
+  auto* parent = const_cast<VyrAnnStandardXMLNode*>(FindParentOfLast(path, last));
+  if (parent == nullptr) return 1;
+  if (const VyrAnnStandardXMLNode* child = parent->FindNode(last)) {
+    parent->RemoveNode(child);
+    return 0;
+  }
+  const VyrAnnStandardXMLValue* value = parent->FindValue(last);
+  if (value == nullptr) value = parent->FindValueByText(last);
+  if (value == nullptr) return 1;
+  std::size_t index = 0;
+  while (parent->values_[index].Get() != value) ++index;
+  parent->RemoveValue(index);
+  return 0;
+}

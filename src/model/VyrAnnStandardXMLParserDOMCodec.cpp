@@ -1,0 +1,150 @@
+#include "VyrAnnStandardXMLParserDOMCodec.h"
+
+#include "StandardXMLDecoder.h"
+#include "StandardXMLEncoder.h"
+#include "VyrFiles.h"
+#include "VyrXMLDOM.h"
+
+VyrTrace& XMLCodecTrace() {
+  static VyrTrace trace("DftStdDOMCodec", "VyrAnnStandardXMLParserDOMCodec traces");
+  return trace;
+}
+
+namespace {
+
+// Made when the library loads, so that a host finds the channel by name before it is first used.
+[[maybe_unused]] const VyrTrace& registeredTrace = XMLCodecTrace();
+
+void TraceOptions(VyrIXMLDOMDocumentBuilder& builder) {
+  VyrTrace& trace = XMLCodecTrace();
+  if (!trace.IsOn()) return;
+  const std::string indent = VyrTrace::Indentation();
+  trace.Print("%sVyrIXMLDOMDocumentBuilder supported options:\n", indent.c_str());
+  for (const std::string_view option : builder.GetOptions()) {
+    trace.Print("%s  %s\n", indent.c_str(), std::string(option).c_str());
+  }
+}
+
+bool Supports(VyrIXMLDOMDocumentBuilder& builder, std::string_view option) {
+  for (const std::string_view supported : builder.GetOptions()) {
+    if (supported == option) return true;
+  }
+  return false;
+}
+
+void TraceLine(const char* format) {
+  VyrTrace& trace = XMLCodecTrace();
+  if (trace.IsOn()) trace.Print("%s%s\n", VyrTrace::Indentation().c_str(), format);
+}
+
+/// A builder with the options that the format needs.
+HRESULT MakeBuilder(VyrIXMLDOMDocumentBuilder_var& builder) {
+  const HRESULT result = CreateVyrIXMLDOMDocumentBuilder(builder);
+  if (!kXMLCodecUnit.Check(VyrSucceeded(result), "no document builder") ||
+      !kXMLCodecUnit.CheckPointer(builder.Get())) {
+    return E_UNEXPECTED;
+  }
+  TraceOptions(*builder);
+  if (Supports(*builder, kVyrDoValidation)) {
+    TraceLine("VyrDoValidation option found");
+    if (VyrFailed(builder->SetOption(kVyrDoValidation, "false"))) return E_UNEXPECTED;
+  } else {
+    TraceLine(
+        "Warning: VyrDoValidation is not supported; we assume that parser is not validating");
+  }
+  if (!Supports(*builder, kVyrEnableNameSpaces)) {
+    kXMLCodecUnit.Raise("Namespaces not supported!");
+    return E_FAIL;
+  }
+  TraceLine("VyrEnableNameSpaces option found");
+  return VyrFailed(builder->SetOption(kVyrEnableNameSpaces, "true")) ? E_UNEXPECTED : S_OK;
+}
+
+}  // namespace
+
+HRESULT VyrAnnStandardXMLParserDOMCodec::Init(VyrAnnStandardXMLNode* typeDefTop,
+                                              VyrAnnStandardXMLNode* enumTop,
+                                              VyrAnnStandardXMLNode* rootTop) {
+  if (!kXMLCodecUnit.CheckPointer(typeDefTop) || !kXMLCodecUnit.CheckPointer(enumTop) ||
+      !kXMLCodecUnit.CheckPointer(rootTop)) {
+    return E_UNEXPECTED;
+  }
+  typeDefTop_ = VyrAnnStandardXMLNode_var::Share(typeDefTop);
+  enumTop_ = VyrAnnStandardXMLNode_var::Share(enumTop);
+  rootTop_ = VyrAnnStandardXMLNode_var::Share(rootTop);
+  return S_OK;
+}
+
+HRESULT VyrAnnStandardXMLParserDOMCodec::DecodeXMLFile(VyrUnicodeView path) {
+  const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::DecodeXMLFile");
+  return Decode(path, true);
+}
+
+HRESULT VyrAnnStandardXMLParserDOMCodec::DecodeXMLString(VyrUnicodeView text) {
+  const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::DecodeXMLString");
+  return Decode(text, false);
+}
+
+HRESULT VyrAnnStandardXMLParserDOMCodec::Decode(VyrUnicodeView source, bool isFile) {
+  problem_ = {};
+  if (!kXMLCodecUnit.CheckPointer(typeDefTop_.Get()) ||
+      !kXMLCodecUnit.CheckPointer(enumTop_.Get()) || !kXMLCodecUnit.CheckPointer(rootTop_.Get())) {
+    return E_UNEXPECTED;
+  }
+  VyrIXMLDOMDocumentBuilder_var builder;
+  if (const HRESULT result = MakeBuilder(builder); VyrFailed(result)) {
+    problem_ = {0, "the XML framework of the host lacks what standard files need"};
+    return result;
+  }
+  VyrIDOMDocument_var document;
+  const HRESULT built = isFile ? builder->BuildFromFile(source, document)
+                               : builder->BuildFromString(source, document);
+  if (VyrFailed(built)) {
+    TraceLine("BuildDocument failed");
+    problem_ = builder->GetProblem();
+    return E_FAIL;
+  }
+  if (!kXMLCodecUnit.CheckPointer(document.Get())) return E_UNEXPECTED;
+  StandardXMLDecoder decoder(document->GetTree(), isFile ? std::string(source) : "text in memory");
+  const HRESULT result = decoder.Decode({*typeDefTop_, *enumTop_, *rootTop_});
+  problem_ = decoder.GetProblem();
+  if (decoder.GetDocumentName()) {
+    documentName_ = *decoder.GetDocumentName();
+    documentType_ = *decoder.GetDocumentType();
+  }
+  return result;
+}
+
+HRESULT VyrAnnStandardXMLParserDOMCodec::Encode(std::string& out) {
+  problem_ = {};
+  for (const VyrAnnStandardXMLNode_var* top : {&enumTop_, &typeDefTop_, &rootTop_}) {
+    if (!kXMLCodecUnit.CheckPointer(top->Get())) return E_UNEXPECTED;
+    if (!kXMLCodecUnit.Check((*top)->GetNumOfValue() == 0, "a top node holds a value")) {
+      problem_ = {0, (*top)->GetNodeName() + " holds a value; only nodes can stand there"};
+      return E_UNEXPECTED;
+    }
+  }
+  StandardXMLEncoder encoder;
+  const HRESULT result =
+      encoder.Encode({*typeDefTop_, *enumTop_, *rootTop_}, documentName_, documentType_, out);
+  problem_ = encoder.GetProblem();
+  return result;
+}
+
+HRESULT VyrAnnStandardXMLParserDOMCodec::SaveInFile(VyrUnicodeView path) {
+  const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::SaveInFile");
+  std::string text;
+  if (const HRESULT result = Encode(text); VyrFailed(result)) return result;
+  const std::string problem = VyrSaveFile(path, text);
+  if (problem.empty()) return S_OK;
+  problem_ = {0, problem};
+  return E_FAIL;
+}
+
+HRESULT VyrAnnStandardXMLParserDOMCodec::SaveInString(VyrUnicodeString& out) {
+  const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::SaveInString");
+  std::string text;
+  const HRESULT result = Encode(text);
+  if (VyrSucceeded(result)) out = std::move(text);
+  return result;
+}
