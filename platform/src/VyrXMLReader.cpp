@@ -39,7 +39,7 @@ class Reader {
  public:
   Reader(xmlParserCtxt* context, VyrXMLTree& tree, std::size_t documentSize, VyrProblem& problem)
       : context_(context),
-        builder_(tree),
+        builder_(tree, documentSize),
         expansionLeft_(kFreeExpansion + kExpansionFactor * documentSize),
         problem_(problem) {
     InstallHandlers();

@@ -17,7 +17,8 @@ class VyrXMLTreeBuilder {
     friend bool operator==(const NameKey&, const NameKey&) = default;
   };
 
-  explicit VyrXMLTreeBuilder(VyrXMLTree& tree) : tree_(tree) {}
+  /// `documentSize`, in bytes, tells how much memory to set aside at once.
+  VyrXMLTreeBuilder(VyrXMLTree& tree, std::size_t documentSize);
 
   void StartElement(const NameKey& name, int line);
   /// Adds to the element just started.

@@ -38,6 +38,7 @@ class FirstMatchIndex {
   /// The first item of `list` with that key, borrowed; null when there is none.
   Item* Find(const List& list, std::string_view key) {
     if (!IsCurrent()) Build(list);
+    if (Item* item = FindInOrder(list, key)) return item;
     return FindSlot(key, Hash(key)).item;
   }
 
@@ -53,9 +54,10 @@ class FirstMatchIndex {
     Slot& slot = FindSlot(KeyOf(item), Hash(KeyOf(item)));
     if (--slot.count == 0) {
       slot = {nullptr, 0, kRemoved};
-    } else if (slot.item == &item) {
-      slot.item = Scan(list, KeyOf(item));
+      return;
     }
+    --duplicates_;
+    if (slot.item == &item) slot.item = Scan(list, KeyOf(item));
   }
 
   /// The first item by a plain scan: for lists that are not worth an index.
@@ -80,11 +82,25 @@ class FirstMatchIndex {
     return static_cast<std::uint32_t>(std::hash<std::string_view>()(key));
   }
 
+  /// Whoever goes through a wide list by name asks for its items in their order, and is spared the
+  /// memory access of a hash: while no two keys are equal, the item after the one found last in
+  /// this way, or the first of the list, is the answer if it has the key.
+  Item* FindInOrder(const List& list, std::string_view key) {
+    if (duplicates_ != 0) return nullptr;
+    for (const std::size_t place : {nextInOrder_, std::size_t{0}}) {
+      if (place >= list.size() || KeyOf(*list[place]) != key) continue;
+      nextInOrder_ = place + 1;
+      return list[place].Get();
+    }
+    return nullptr;
+  }
+
   bool IsCurrent() const { return !slots_.empty() && changes_ == IndexedKeyChanges::Get(); }
 
   void Build(const List& list) {
     changes_ = IndexedKeyChanges::Get();
     used_ = 0;
+    duplicates_ = 0;
     slots_.assign(std::bit_ceil(list.size() * 2 + 1), Slot());
     for (const VyrVar<Item>& item : list) Enter(*item, nullptr);
   }
@@ -101,6 +117,7 @@ class FirstMatchIndex {
       return;
     }
     ++slot.count;
+    ++duplicates_;
     if (list != nullptr) slot.item = FirstOf(*list, slot.item, &item);
   }
 
@@ -140,6 +157,8 @@ class FirstMatchIndex {
   }
 
   std::vector<Slot> slots_;
-  std::size_t used_ = 0;
+  std::size_t used_ = 0;        // slots that hold a key or held one
+  std::size_t duplicates_ = 0;  // items whose key an item before them has
+  std::size_t nextInOrder_ = 0;
   std::uint64_t changes_ = 0;
 };
