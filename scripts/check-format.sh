@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Fails when a source is not formatted as .clang-format says.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/prepare.sh
+
+require_packages clang-format
+say "checking the format"
+git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
