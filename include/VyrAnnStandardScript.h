@@ -23,7 +23,8 @@ class VyrAnnStandardXMLParser;
 ///     each       Root.Styles.Table .Text:Bold:...     adds a value below every child of a node
 ///     each-node  Root.Styles.Table :Leader:0          adds a node below every child of a node
 ///     [ANSI ASME]                                     limits the commands below it to standards of
-///                                                     these parents; [any] ends the limit
+///                                                     these parents, [not ISO] to all others;
+///                                                     [any] ends the limit
 ///
 /// The commands borrow the text they were parsed from.
 class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
@@ -31,9 +32,10 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
   enum class Verb : int { Node, Instance, Value, Field, Change, Delete, Each, EachNode };
 
   struct Command {
-    int line;                  ///< 1-based line of the script
+    int line;  ///< 1-based line of the script
     Verb verb;
     std::string_view parents;  ///< parent standards it is limited to, blank-separated; empty: any
+    bool isForOthers;          ///< limited to all parent standards but those
     std::string_view path;     ///< node whose children are served, for the two each-verbs
     std::string_view text;     ///< the command; for the each-verbs what follows the child's name
 
@@ -59,7 +61,7 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
 
   int line_ = 0;
   std::string_view parents_;
+  bool isForOthers_ = false;
   std::vector<Command> commands_;
   VyrProblem problem_;
 };
-

@@ -19,10 +19,10 @@ class VyrDrwParseParameter;
 class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
  public:
   // Parent standards as bits, so that sets of them can be or-ed.
-  static const int ANSI = 1;
-  static const int ASME = 2;
-  static const int ISO = 4;
-  static const int JIS = 8;
+  static constexpr int ANSI = 1;
+  static constexpr int ASME = 2;
+  static constexpr int ISO = 4;
+  static constexpr int JIS = 8;
 
   /// Remembers the path of the standard's file; reads nothing.
   explicit VyrDrwParseStandard(const VyrUnicodeString& fileName);

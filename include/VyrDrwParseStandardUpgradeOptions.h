@@ -5,7 +5,8 @@
 /// Options of an upgrade: one bit of a word whose other bits belong to the host.
 struct VyrDrwParseStandardUpgradeOptions {
   /// Clears the bit. The host's bits are not touched: a host that uses them sets them first.
-  VyrDrwParseStandardUpgradeOptions() : OOTBStandard(0) {}  // NOLINT(cppcoreguidelines-pro-type-member-init)
+  VyrDrwParseStandardUpgradeOptions()
+      : OOTBStandard(0) {}  // NOLINT(cppcoreguidelines-pro-type-member-init)
   VyrDrwParseStandardUpgradeOptions(const VyrDrwParseStandardUpgradeOptions&) = default;
   /// Copies the whole word.
   VyrDrwParseStandardUpgradeOptions& operator=(const VyrDrwParseStandardUpgradeOptions&) = default;

@@ -11,11 +11,11 @@
 struct VyrDiagnosticSinks {
   using Sink = std::function<void(std::string_view text)>;
 
-  Sink print;      ///< failed checks in a development-stage run, before the abend log
-  Sink errorLog;   ///< failed checks in an ordinary run
-  Sink abendLog;   ///< conditions that end a development-stage run; the default aborts the process
-                   ///< there, and only there
-  Sink trace;      ///< lines of the trace channels and of the enumeration check
+  Sink print;     ///< failed checks in a development-stage run, before the abend log
+  Sink errorLog;  ///< failed checks in an ordinary run
+  Sink abendLog;  ///< conditions that end a development-stage run; the default aborts the process
+                  ///< there, and only there
+  Sink trace;     ///< lines of the trace channels and of the enumeration check
 };
 
 /// Installs `sinks` and returns the ones that were installed before. Not synchronised: a host sets

@@ -33,10 +33,16 @@ template <class Counted>
 class VyrCountedInstance {
 #ifdef HOL_DEVELOPMENT_BUILD
  protected:
-  VyrCountedInstance() { Counter().Increment(); }
-  VyrCountedInstance(const VyrCountedInstance&) { Counter().Increment(); }
+  VyrCountedInstance() {
+    Counter().Increment();
+  }
+  VyrCountedInstance(const VyrCountedInstance&) {
+    Counter().Increment();
+  }
   VyrCountedInstance& operator=(const VyrCountedInstance&) = default;
-  ~VyrCountedInstance() { Counter().Decrement(); }
+  ~VyrCountedInstance() {
+    Counter().Decrement();
+  }
 
  private:
   static VyrInstanceCounter& Counter() {

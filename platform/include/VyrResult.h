@@ -14,5 +14,9 @@ inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005u);
 inline constexpr HRESULT E_UNEXPECTED = static_cast<HRESULT>(0x8000FFFFu);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057u);
 
-constexpr bool VyrSucceeded(HRESULT result) { return result >= 0; }
-constexpr bool VyrFailed(HRESULT result) { return result < 0; }
+constexpr bool VyrSucceeded(HRESULT result) {
+  return result >= 0;
+}
+constexpr bool VyrFailed(HRESULT result) {
+  return result < 0;
+}

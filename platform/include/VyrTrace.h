@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,8 @@ class HOLSTANDARDINFRA_EXPORT VyrTrace {
 
   /// The channel of that name, or null.
   static VyrTrace* Find(std::string_view name);
+  /// Calls `visit` for every channel of the process.
+  static void ForEach(const std::function<void(VyrTrace&)>& visit);
 
  private:
   friend class VyrTraceBlock;

@@ -19,9 +19,9 @@ class HOLSTANDARDINFRA_EXPORT VyrUnicodeString {
   /// `text` is UTF-8; null reads as empty.
   VyrUnicodeString(const char* text)  // NOLINT(google-explicit-constructor)
       : text_(text == nullptr ? std::string_view() : std::string_view(text)) {}
-  VyrUnicodeString(std::string_view text) : text_(text) {}           // NOLINT
-  VyrUnicodeString(VyrUnicodeView text) : text_(text) {}             // NOLINT
-  VyrUnicodeString(std::string text) : text_(std::move(text)) {}     // NOLINT
+  VyrUnicodeString(std::string_view text) : text_(text) {}        // NOLINT
+  VyrUnicodeString(VyrUnicodeView text) : text_(text) {}          // NOLINT
+  VyrUnicodeString(std::string text) : text_(std::move(text)) {}  // NOLINT
   /// `text` is zero-terminated UTF-16; null reads as empty. An unpaired surrogate becomes U+FFFD.
   VyrUnicodeString(const unsigned short* text);  // NOLINT(google-explicit-constructor)
 

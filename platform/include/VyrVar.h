@@ -12,15 +12,15 @@ template <class T>
 class VyrVar {
  public:
   VyrVar() = default;
-  VyrVar(std::nullptr_t) {}                       // NOLINT(google-explicit-constructor)
+  VyrVar(std::nullptr_t) {}                          // NOLINT(google-explicit-constructor)
   VyrVar(T* adopted) noexcept : object_(adopted) {}  // NOLINT(google-explicit-constructor)
   VyrVar(const VyrVar& other) noexcept : object_(other.object_) {
     if (object_ != nullptr) object_->AddRef();
   }
   VyrVar(VyrVar&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   template <class Derived>
-    requires std::is_convertible_v<Derived*, T*>
-  VyrVar(const VyrVar<Derived>& other) noexcept  // NOLINT(google-explicit-constructor)
+  requires std::is_convertible_v<Derived*, T*> VyrVar(const VyrVar<Derived>& other)
+  noexcept  // NOLINT(google-explicit-constructor)
       : VyrVar(Share(other.Get())) {}
   ~VyrVar() {
     if (object_ != nullptr) object_->Release();

@@ -49,9 +49,7 @@ class HOLSTANDARDINFRA_EXPORT VyrXMLTree {
   Index GetParent(Index item) const { return items_[item].parent; }
   /// One past the last item of the subtree.
   Index GetEnd(Index item) const { return items_[item].end; }
-  Index GetFirstChild(Index item) const {
-    return item + 1 < items_[item].end ? item + 1 : kNone;
-  }
+  Index GetFirstChild(Index item) const { return item + 1 < items_[item].end ? item + 1 : kNone; }
   Index GetNextSibling(Index item) const {
     const Index next = items_[item].end;
     return item != kDocument && next < items_[items_[item].parent].end ? next : kNone;

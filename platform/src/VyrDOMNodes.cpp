@@ -60,7 +60,8 @@ class DOMAttribute final : public VyrImplements<VyrIDOMAttr>,
       : NodePlace(document, element), attribute_(TreeOf().GetAttributes(element)[attribute]) {}
 
   HRESULT QueryInterface(const IID& iid, void** object) override {
-    return VyrImplements::QueryInterface(iid == VyrIDOMNode::kIid ? VyrIDOMAttr::kIid : iid, object);
+    return VyrImplements::QueryInterface(iid == VyrIDOMNode::kIid ? VyrIDOMAttr::kIid : iid,
+                                         object);
   }
   HRESULT GetName(VyrUnicodeString& name) override {
     name = Name().qualifiedName;
@@ -136,9 +137,12 @@ class DOMAttributeMap final : public VyrImplements<VyrIDOMNamedNodeMap>,
 
 VyrIDOMNode_var VyrMakeDOMNode(VyrDOMDocument& document, Tree::Index item) {
   switch (document.Tree().GetKind(item)) {
-    case Tree::Kind::Document: return VyrIDOMNode_var::Share(&document);
-    case Tree::Kind::Element: return VyrIDOMNode_var(new DOMElement(document, item));
-    default: return VyrIDOMNode_var(new DOMLeaf(document, item));
+    case Tree::Kind::Document:
+      return VyrIDOMNode_var::Share(&document);
+    case Tree::Kind::Element:
+      return VyrIDOMNode_var(new DOMElement(document, item));
+    default:
+      return VyrIDOMNode_var(new DOMLeaf(document, item));
   }
 }
 
@@ -149,12 +153,18 @@ VyrIDOMNode_var VyrMakeDOMAttribute(VyrDOMDocument& document, Tree::Index elemen
 
 VyrDOMNodeType VyrDOMNodeAnswers::Type() const {
   switch (document_.Tree().GetKind(item_)) {
-    case Tree::Kind::Document: return VyrDOMNodeType::Document;
-    case Tree::Kind::Element: return VyrDOMNodeType::Element;
-    case Tree::Kind::Text: return VyrDOMNodeType::Text;
-    case Tree::Kind::CData: return VyrDOMNodeType::CData;
-    case Tree::Kind::Comment: return VyrDOMNodeType::Comment;
-    case Tree::Kind::ProcessingInstruction: break;
+    case Tree::Kind::Document:
+      return VyrDOMNodeType::Document;
+    case Tree::Kind::Element:
+      return VyrDOMNodeType::Element;
+    case Tree::Kind::Text:
+      return VyrDOMNodeType::Text;
+    case Tree::Kind::CData:
+      return VyrDOMNodeType::CData;
+    case Tree::Kind::Comment:
+      return VyrDOMNodeType::Comment;
+    case Tree::Kind::ProcessingInstruction:
+      break;
   }
   return VyrDOMNodeType::ProcessingInstruction;
 }
@@ -162,11 +172,16 @@ VyrDOMNodeType VyrDOMNodeAnswers::Type() const {
 std::string_view VyrDOMNodeAnswers::NodeName() const {
   const Tree& tree = document_.Tree();
   switch (tree.GetKind(item_)) {
-    case Tree::Kind::Document: return "#document";
-    case Tree::Kind::Text: return "#text";
-    case Tree::Kind::CData: return "#cdata-section";
-    case Tree::Kind::Comment: return "#comment";
-    default: return tree.GetName(tree.GetNameId(item_)).qualifiedName;
+    case Tree::Kind::Document:
+      return "#document";
+    case Tree::Kind::Text:
+      return "#text";
+    case Tree::Kind::CData:
+      return "#cdata-section";
+    case Tree::Kind::Comment:
+      return "#comment";
+    default:
+      return tree.GetName(tree.GetNameId(item_)).qualifiedName;
   }
 }
 

@@ -40,10 +40,16 @@ VyrDiagnosticSinks VyrSetDiagnosticSinks(VyrDiagnosticSinks sinks) {
   return sinks;
 }
 
-bool VyrDevelopmentStage() { return developmentStage.load(std::memory_order_relaxed); }
-void VyrSetDevelopmentStage(bool development) { developmentStage = development; }
+bool VyrDevelopmentStage() {
+  return developmentStage.load(std::memory_order_relaxed);
+}
+void VyrSetDevelopmentStage(bool development) {
+  developmentStage = development;
+}
 
-void VyrSysLogError(std::string_view text) { Send(Sinks().errorLog, text); }
+void VyrSysLogError(std::string_view text) {
+  Send(Sinks().errorLog, text);
+}
 
 void VyrSysLogAbend(std::string_view text) {
   Send(Sinks().abendLog, text);
@@ -51,7 +57,9 @@ void VyrSysLogAbend(std::string_view text) {
   if (!Sinks().abendLog && VyrDevelopmentStage()) std::abort();
 }
 
-void VyrTraceOutput(std::string_view text) { Send(Sinks().trace, text); }
+void VyrTraceOutput(std::string_view text) {
+  Send(Sinks().trace, text);
+}
 
 void VyrSourceUnit::Report(const char* kind, std::string_view message,
                            std::source_location where) const {

@@ -15,7 +15,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string LastError() { return std::strerror(errno); }
+std::string LastError() {
+  return std::strerror(errno);
+}
 
 /// An open file descriptor.
 class Descriptor {

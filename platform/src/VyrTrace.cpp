@@ -25,7 +25,9 @@ VyrTrace::VyrTrace(const char* name, const char* title, int level, const char* d
   Channels().push_back(this);
 }
 
-VyrTrace::~VyrTrace() { std::erase(Channels(), this); }
+VyrTrace::~VyrTrace() {
+  std::erase(Channels(), this);
+}
 
 int& VyrTrace::Depth() {
   thread_local int depth = 0;
@@ -58,6 +60,10 @@ VyrTrace* VyrTrace::Find(std::string_view name) {
   const auto found = std::find_if(Channels().begin(), Channels().end(),
                                   [&](VyrTrace* channel) { return name == channel->name_; });
   return found == Channels().end() ? nullptr : *found;
+}
+
+void VyrTrace::ForEach(const std::function<void(VyrTrace&)>& visit) {
+  for (VyrTrace* channel : Channels()) visit(*channel);
 }
 
 VyrTraceBlock::VyrTraceBlock(VyrTrace& channel, const char* operation)

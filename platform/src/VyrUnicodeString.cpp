@@ -73,7 +73,9 @@ VyrUnicodeString::VyrUnicodeString(const unsigned short* text) {
   }
 }
 
-int VyrUnicodeString::GetLength() const { return CountUnits(text_); }
+int VyrUnicodeString::GetLength() const {
+  return CountUnits(text_);
+}
 
 std::size_t VyrUnicodeString::ByteOffset(int position) const {
   if (position <= 0) return 0;

@@ -5,7 +5,9 @@
 
 namespace {
 
-bool IsContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+bool IsContinuation(unsigned char byte) {
+  return (byte & 0xC0) == 0x80;
+}
 
 /// Length of the well-formed sequence at the start of `text`, 0 when it is ill formed. The second
 /// byte carries the bounds that exclude overlong forms, surrogates and code points past U+10FFFF.

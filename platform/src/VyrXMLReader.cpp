@@ -26,13 +26,17 @@ struct ContextDeleter {
   }
 };
 
-const char* Narrow(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
+const char* Narrow(const xmlChar* text) {
+  return reinterpret_cast<const char*>(text);
+}
 
 std::string_view View(const xmlChar* begin, int size) {
   return {Narrow(begin), static_cast<std::size_t>(size)};
 }
 
-std::string_view View(const xmlChar* text) { return text == nullptr ? "" : Narrow(text); }
+std::string_view View(const xmlChar* text) {
+  return text == nullptr ? "" : Narrow(text);
+}
 
 /// The parser's events, each sent on to the tree, and the guards against hostile entities.
 class Reader {

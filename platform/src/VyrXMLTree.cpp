@@ -56,8 +56,7 @@ std::uint32_t VyrXMLTreeBuilder::StoreText(std::string_view text) {
 VyrXMLTree::Index VyrXMLTreeBuilder::AddItem(VyrXMLTree::Kind kind, std::uint32_t name, int line) {
   const VyrXMLTree::Index item = tree_.GetCount();
   if (item == VyrXMLTree::kNone - 1) fits_ = false;
-  tree_.items_.push_back(
-      {kind, static_cast<std::uint32_t>(line), name, parent_, item + 1, 0, 0});
+  tree_.items_.push_back({kind, static_cast<std::uint32_t>(line), name, parent_, item + 1, 0, 0});
   return item;
 }
 

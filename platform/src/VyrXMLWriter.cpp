@@ -23,17 +23,26 @@ constexpr std::array<ByteUse, 256> kByteUse = [] {
 
 std::string_view EscapeOf(char byte) {
   switch (byte) {
-    case '\t': return "&#9;";
-    case '\n': return "&#10;";
-    case '\r': return "&#13;";
-    case '"': return "&quot;";
-    case '&': return "&amp;";
-    case '<': return "&lt;";
-    default: return "&gt;";
+    case '\t':
+      return "&#9;";
+    case '\n':
+      return "&#10;";
+    case '\r':
+      return "&#13;";
+    case '"':
+      return "&quot;";
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    default:
+      return "&gt;";
   }
 }
 
-ByteUse UseOf(char byte) { return kByteUse[static_cast<unsigned char>(byte)]; }
+ByteUse UseOf(char byte) {
+  return kByteUse[static_cast<unsigned char>(byte)];
+}
 
 void AppendEscaped(std::string& out, std::string_view text, ByteUse leastEscaped) {
   std::size_t plainFrom = 0;

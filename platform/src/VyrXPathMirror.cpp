@@ -16,11 +16,17 @@ using Tree = VyrXMLTree;
 const xmlChar* Xml(const std::string& text) {
   return reinterpret_cast<const xmlChar*>(text.c_str());
 }
-const xmlChar* Xml(std::string_view text) { return reinterpret_cast<const xmlChar*>(text.data()); }
+const xmlChar* Xml(std::string_view text) {
+  return reinterpret_cast<const xmlChar*>(text.data());
+}
 
 // A mirrored node remembers its tree item, an attribute its place among its element's.
-void* AsUserData(std::size_t number) { return reinterpret_cast<void*>(number); }
-std::size_t FromUserData(const void* data) { return reinterpret_cast<std::uintptr_t>(data); }
+void* AsUserData(std::size_t number) {
+  return reinterpret_cast<void*>(number);
+}
+std::size_t FromUserData(const void* data) {
+  return reinterpret_cast<std::uintptr_t>(data);
+}
 
 /// Builds the mirror of a tree, one item after the other.
 class MirrorBuilder {
@@ -46,19 +52,21 @@ class MirrorBuilder {
   }
 
   xmlNode* NewNode(Tree::Index item) {
-    const std::string_view text = tree_.GetKind(item) == Tree::Kind::Element
-                                      ? std::string_view()
-                                      : tree_.GetText(item);
+    const std::string_view text =
+        tree_.GetKind(item) == Tree::Kind::Element ? std::string_view() : tree_.GetText(item);
     const int size = static_cast<int>(text.size());
     const Tree::Name& name = tree_.GetName(tree_.GetNameId(item));
     switch (tree_.GetKind(item)) {
       case Tree::Kind::Element:
         return xmlNewDocNode(document_, nullptr, Xml(name.localName), nullptr);
-      case Tree::Kind::Comment: return xmlNewDocComment(document_, Xml(std::string(text)));
+      case Tree::Kind::Comment:
+        return xmlNewDocComment(document_, Xml(std::string(text)));
       case Tree::Kind::ProcessingInstruction:
         return xmlNewDocPI(document_, Xml(name.localName), Xml(std::string(text)));
-      case Tree::Kind::CData: return xmlNewCDataBlock(document_, Xml(text), size);
-      default: return xmlNewDocTextLen(document_, Xml(text), size);
+      case Tree::Kind::CData:
+        return xmlNewCDataBlock(document_, Xml(text), size);
+      default:
+        return xmlNewDocTextLen(document_, Xml(text), size);
     }
   }
 

@@ -25,7 +25,9 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-std::string Quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
+std::string Quoted(std::string_view text) {
+  return "'" + std::string(text) + "'";
+}
 
 bool IsInteger(std::string_view text) {
   const std::size_t digits = text.find_first_of("0123456789");
@@ -36,7 +38,7 @@ bool IsInteger(std::string_view text) {
 }
 
 bool IsDecimalNumber(std::string_view text) {
-  if (text.starts_with('+')) text.remove_prefix(1);
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   if (text.find_first_not_of("0123456789.eE+-") != std::string_view::npos) return false;
   double number = 0.0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -46,14 +48,17 @@ bool IsDecimalNumber(std::string_view text) {
 /// What a value of the type would be; empty when `text` is one.
 std::string Expected(Type type, std::string_view text) {
   switch (type) {
-    case Type::Int: return IsInteger(text) ? "" : "a whole number, such as 1";
-    case Type::Float: return IsDecimalNumber(text) ? "" : "a decimal number, such as 2.0";
+    case Type::Int:
+      return IsInteger(text) ? "" : "a whole number, such as 1";
+    case Type::Float:
+      return IsDecimalNumber(text) ? "" : "a decimal number, such as 2.0";
     case Type::Word: {
       const bool isKnown = std::find(kParentStandards.begin(), kParentStandards.end(), text) !=
                            kParentStandards.end();
       return isKnown ? "" : "one of ISO, JIS, ANSI, ASME";
     }
-    default: return "";
+    default:
+      return "";
   }
 }
 
@@ -134,8 +139,8 @@ bool LegacyTextReader::ReadLine(std::string_view line) {
 
 bool LegacyTextReader::BeginSection(const Section& section) {
   if (section_ != &GeneralSection()) {
-    return Fail(line_, std::string(Keyword(section.firstRow).keyword) + " inside the section of line " +
-                           std::to_string(sectionLine_) + "; " +
+    return Fail(line_, std::string(Keyword(section.firstRow).keyword) +
+                           " inside the section of line " + std::to_string(sectionLine_) + "; " +
                            Keyword(section_->firstRow + 1).keyword + " was expected first");
   }
   section_ = &section;
@@ -146,12 +151,12 @@ bool LegacyTextReader::BeginSection(const Section& section) {
 bool LegacyTextReader::EndSection(const Section& section) {
   if (section_ != &section) {
     const bool isOutside = section_ == &GeneralSection();
-    return Fail(line_, std::string(Keyword(section.firstRow + 1).keyword) +
-                           (isOutside ? std::string(" without ") + Keyword(section.firstRow).keyword
-                                      : " inside the section of line " +
-                                            std::to_string(sectionLine_) + "; " +
-                                            Keyword(section_->firstRow + 1).keyword +
-                                            " was expected"));
+    return Fail(
+        line_,
+        std::string(Keyword(section.firstRow + 1).keyword) +
+            (isOutside ? std::string(" without ") + Keyword(section.firstRow).keyword
+                       : " inside the section of line " + std::to_string(sectionLine_) + "; " +
+                             Keyword(section_->firstRow + 1).keyword + " was expected"));
   }
   if (section.name != nullptr && !CheckGroup()) return false;
   section_ = &GeneralSection();
@@ -163,9 +168,9 @@ bool LegacyTextReader::ReadParameter(std::string_view name, std::string_view val
   if (row < 0) row = FindLegacyNameRow(name);
   if (row < 0) return Fail(line_, Quoted(name) + " is no parameter of a drafting standard");
   if (row < section_->firstRow || row > section_->lastRow) {
-    const auto owner = std::find_if(kSections.begin(), kSections.end(), [=](const Section& section) {
-      return section.firstRow <= row && row <= section.lastRow;
-    });
+    const auto owner = std::find_if(
+        kSections.begin(), kSections.end(),
+        [=](const Section& section) { return section.firstRow <= row && row <= section.lastRow; });
     const std::string place = owner == kSections.begin()
                                   ? std::string("outside the sections")
                                   : std::string("after ") + Keyword(owner->firstRow).keyword;
@@ -196,8 +201,9 @@ std::optional<std::string> LegacyTextReader::ReadValue(const VyrDrwParseKeyword&
   if (text.starts_with('"')) {
     std::optional<std::string> unquoted = Unquoted(text);
     if (!unquoted) {
-      Fail(line_, name + ": the value does not end with its closing double quote; a double quote "
-                         "inside a quoted value is doubled");
+      Fail(line_, name +
+                      ": the value does not end with its closing double quote; a double quote "
+                      "inside a quoted value is doubled");
       return std::nullopt;
     }
     value = std::move(*unquoted);

@@ -29,10 +29,10 @@ class LegacyTextReader {
  private:
   /// A stretch of the file between two markers; the general parameters stand outside all others.
   struct Section {
-    int firstRow;           // of its keywords, markers included
+    int firstRow;  // of its keywords, markers included
     int lastRow;
-    const char* name;       // as parameters know it; null for the comment block
-    int nameRow;            // of the parameter that names a group; -1 when there is none
+    const char* name;  // as parameters know it; null for the comment block
+    int nameRow;       // of the parameter that names a group; -1 when there is none
   };
   static const std::array<Section, 4> kSections;
   static const Section& GeneralSection() { return kSections[0]; }
@@ -56,10 +56,10 @@ class LegacyTextReader {
   const Section* section_ = &kSections[0];
   int line_ = 0;
   int sectionLine_ = 0;
-  std::vector<Entry> entries_;                         // of the group being read
-  std::array<int, kKeywordCount> givenInGeneral_{};    // line of each row; 0: not given
+  std::vector<Entry> entries_;                       // of the group being read
+  std::array<int, kKeywordCount> givenInGeneral_{};  // line of each row; 0: not given
   std::array<int, kKeywordCount> givenInGroup_{};
-  std::unordered_map<std::string, int> groupLines_;    // by section and name
+  std::unordered_map<std::string, int> groupLines_;  // by section and name
   Parameters parameters_;
   VyrProblem problem_;
 };

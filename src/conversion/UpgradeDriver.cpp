@@ -31,7 +31,8 @@ void VyrDrwParseStandard::CreateOutput(const char* outputDirectory, VyrString& o
   std::string name;
   VyrSplitPath(fileName_, directory, name);
   name = name.substr(0, name.find(".xml"));
-  outputPath = std::string(outputDirectory == nullptr ? "." : outputDirectory) + "\\" + name + ".xml";
+  outputPath =
+      std::string(outputDirectory == nullptr ? "." : outputDirectory) + "\\" + name + ".xml";
 }
 
 void VyrDrwParseStandard::EncodeToVersion(int targetVersion,
@@ -61,5 +62,9 @@ void VyrDrwParseStandard::UpgradeVersion(int, VyrDrwParseStandardUpgradeOptions&
 bool VyrDrwParseStandard::BuildVersion0Document() {
   if (!kParseStandardUnit.Check(document_ == nullptr, "a document is already there")) return false;
   document_ = std::make_unique<VyrAnnStandardXMLParser>();
-  return document_->DecodeXML(ComposeVersion0Text(), 0) == 0;
+  if (document_->DecodeXML(ComposeVersion0Text(), 0) == 0) return true;
+  // Half a standard must never be saved.
+  problem_ = document_->GetProblem();
+  document_.reset();
+  return false;
 }

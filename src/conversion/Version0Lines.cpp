@@ -12,20 +12,26 @@ constexpr std::size_t kBlanksPerLevel = 3;
 
 std::string_view ElementOf(Type type) {
   switch (type) {
-    case Type::Int: return "std:intval";
-    case Type::Float: return "std:floatval";
-    default: return "std:strval";
+    case Type::Int:
+      return "std:intval";
+    case Type::Float:
+      return "std:floatval";
+    default:
+      return "std:strval";
   }
 }
 
 std::string Named(std::string_view element, std::string_view name) {
   std::string start = "<";
   start.append(element);
-  if (!name.empty()) start.append(" name=\"").append(VyrXMLWriter::EscapeAttribute(name)).append("\"");
+  if (!name.empty())
+    start.append(" name=\"").append(VyrXMLWriter::EscapeAttribute(name)).append("\"");
   return start.append(">");
 }
 
-std::string EndOf(std::string_view element) { return "</" + std::string(element) + ">"; }
+std::string EndOf(std::string_view element) {
+  return "</" + std::string(element) + ">";
+}
 
 }  // namespace
 
@@ -39,13 +45,17 @@ void BeginNode(VyrUnicodeString& text, int level, std::string_view name) {
   AddLine(text, level, Named("std:node", name));
 }
 
-void EndNode(VyrUnicodeString& text, int level) { AddLine(text, level, EndOf("std:node")); }
+void EndNode(VyrUnicodeString& text, int level) {
+  AddLine(text, level, EndOf("std:node"));
+}
 
 void BeginInstance(VyrUnicodeString& text, int level, std::string_view name) {
   AddLine(text, level, Named("std:typeval", name));
 }
 
-void EndInstance(VyrUnicodeString& text, int level) { AddLine(text, level, EndOf("std:typeval")); }
+void EndInstance(VyrUnicodeString& text, int level) {
+  AddLine(text, level, EndOf("std:typeval"));
+}
 
 void AddValueLine(VyrUnicodeString& text, int level, Type type, std::string_view name,
                   std::string_view value) {

@@ -8,28 +8,28 @@ namespace {
 using enum VyrDrwParseKeyword::Type;
 
 constexpr Version0Member kToleranceDisplayType[] = {
-    {String, "Name", "TOLXXX"},   {Int, "TolType", "2"},      {Int, "TolSepar_1", "0"},
-    {Int, "TolSepar_2", "0"},     {Float, "TolSymbolH", "1.0"}, {Int, "TolSepTo_1", "0"},
-    {Int, "TolSepTo_2", "0"},     {Int, "TolSepTo_3", "0"},   {Int, "TolTrailing", "2"},
-    {Int, "TolFractLine", "1"},   {Int, "TolPtOnValue", "8"}, {Int, "TolAnchorPt", "2"},
-    {Float, "TolIntX", "0.0"},    {Float, "TolIntY", "0.6"},  {Float, "TolExtX", "0.6"},
-    {Float, "TolExtY", "0.0"},    {Int, "TolMergeSame", "1"}, {Int, "TolShowNull", "2"},
+    {String, "Name", "TOLXXX"}, {Int, "TolType", "2"},        {Int, "TolSepar_1", "0"},
+    {Int, "TolSepar_2", "0"},   {Float, "TolSymbolH", "1.0"}, {Int, "TolSepTo_1", "0"},
+    {Int, "TolSepTo_2", "0"},   {Int, "TolSepTo_3", "0"},     {Int, "TolTrailing", "2"},
+    {Int, "TolFractLine", "1"}, {Int, "TolPtOnValue", "8"},   {Int, "TolAnchorPt", "2"},
+    {Float, "TolIntX", "0.0"},  {Float, "TolIntY", "0.6"},    {Float, "TolExtX", "0.6"},
+    {Float, "TolExtY", "0.0"},  {Int, "TolMergeSame", "1"},   {Int, "TolShowNull", "2"},
     {Float, "TolScale", "0.7"},
 };
 
 constexpr Version0Member kNumericalDisplayType[] = {
-    {String, "Name", "NUMXXX"},    {Int, "NDType", "1"},          {Int, "NDUnit", "1"},
-    {Int, "NDFact", "1"},          {Int, "NDExise", "1"},         {Int, "NDNulFac_1", "1"},
-    {Int, "NDNulFac_2", "2"},      {Int, "NDNulFac_3", "1"},      {String, "NDSepar_1", " "},
-    {String, "NDSepar_2", " "},    {String, "NDSepar_3", " "},    {Int, "NDNulOther", "1"},
-    {Int, "NDAlignFrac", "1"},     {Int, "NDTypFrac", "2"},       {Int, "NDFinZer", "1"},
-    {Int, "NDSepNum", "11"},       {Int, "NDSep1000", "0"},       {Float, "NDGlobFact", "1.0"},
-    {Float, "NDFact_1", "1.0"},    {Float, "NDFact_2", "0.0"},    {Float, "NDFact_3", "0.0"},
-    {Float, "NDValPos_1", "0.0"},  {Float, "NDValPos_2", "0.0"},  {Float, "NDValPos_3", "0.0"},
-    {Float, "NDSepPos_1", "0.0"},  {Float, "NDSepPos_2", "0.0"},  {Float, "NDSepPos_3", "0.0"},
-    {Float, "NDSepScl_1", "1.0"},  {Float, "NDSepScl_2", "0.0"},  {Float, "NDSepScl_3", "0.0"},
-    {Float, "NDResScl", "1.0"},    {Float, "NDRestX", "0.5"},     {Float, "NDRestY", "0.0"},
-    {Float, "NDOperY", "0.5"},     {Int, "NDSepDen", "2"},
+    {String, "Name", "NUMXXX"},   {Int, "NDType", "1"},         {Int, "NDUnit", "1"},
+    {Int, "NDFact", "1"},         {Int, "NDExise", "1"},        {Int, "NDNulFac_1", "1"},
+    {Int, "NDNulFac_2", "2"},     {Int, "NDNulFac_3", "1"},     {String, "NDSepar_1", " "},
+    {String, "NDSepar_2", " "},   {String, "NDSepar_3", " "},   {Int, "NDNulOther", "1"},
+    {Int, "NDAlignFrac", "1"},    {Int, "NDTypFrac", "2"},      {Int, "NDFinZer", "1"},
+    {Int, "NDSepNum", "11"},      {Int, "NDSep1000", "0"},      {Float, "NDGlobFact", "1.0"},
+    {Float, "NDFact_1", "1.0"},   {Float, "NDFact_2", "0.0"},   {Float, "NDFact_3", "0.0"},
+    {Float, "NDValPos_1", "0.0"}, {Float, "NDValPos_2", "0.0"}, {Float, "NDValPos_3", "0.0"},
+    {Float, "NDSepPos_1", "0.0"}, {Float, "NDSepPos_2", "0.0"}, {Float, "NDSepPos_3", "0.0"},
+    {Float, "NDSepScl_1", "1.0"}, {Float, "NDSepScl_2", "0.0"}, {Float, "NDSepScl_3", "0.0"},
+    {Float, "NDResScl", "1.0"},   {Float, "NDRestX", "0.5"},    {Float, "NDRestY", "0.0"},
+    {Float, "NDOperY", "0.5"},    {Int, "NDSepDen", "2"},
 };
 
 constexpr Version0Member kThicknessType[] = {
@@ -39,12 +39,12 @@ constexpr Version0Member kThicknessType[] = {
 };
 
 constexpr Version0Member kPredefinedTolerance[] = {
-    {String, "Name", "TOL_RES1"}, {Int, "TolType", "3"},      {Int, "TolSepar_1", "0"},
+    {String, "Name", "TOL_RES1"}, {Int, "TolType", "3"},        {Int, "TolSepar_1", "0"},
     {Int, "TolSepar_2", "0"},     {Float, "TolSymbolH", "1.0"}, {Int, "TolSepTo_1", "0"},
-    {Int, "TolSepTo_2", "16"},    {Int, "TolSepTo_3", "0"},   {Int, "TolTrailing", "2"},
-    {Int, "TolFractLine", "1"},   {Int, "TolPtOnValue", "9"}, {Int, "TolAnchorPt", "3"},
-    {Float, "TolIntX", "0.0"},    {Float, "TolIntY", "0.0"},  {Float, "TolExtX", "0.0"},
-    {Float, "TolExtY", "0.0"},    {Int, "TolMergeSame", "1"}, {Int, "TolShowNull", "2"},
+    {Int, "TolSepTo_2", "16"},    {Int, "TolSepTo_3", "0"},     {Int, "TolTrailing", "2"},
+    {Int, "TolFractLine", "1"},   {Int, "TolPtOnValue", "9"},   {Int, "TolAnchorPt", "3"},
+    {Float, "TolIntX", "0.0"},    {Float, "TolIntY", "0.0"},    {Float, "TolExtX", "0.0"},
+    {Float, "TolExtY", "0.0"},    {Int, "TolMergeSame", "1"},   {Int, "TolShowNull", "2"},
     {Float, "TolScale", "1.0"},
 };
 
@@ -72,16 +72,16 @@ constexpr Version0Member kKilometre[] = {{String, "Name", "km"},
 constexpr Version0Member kInch[] = {
     {String, "Name", "in"}, {Int, "NDUnit", "2"}, {Float, "NDGlobFact", "1"}};
 constexpr Version0Member kFeetAndInches[] = {
-    {String, "Name", "ftinch"},   {Int, "NDUnit", "2"},        {Float, "NDFact_2", "12.0"},
-    {String, "NDSepar_1", "\""},  {String, "NDSepar_2", "'"},  {Float, "NDSepScl_2", "1.0"},
-    {Int, "NDNulOther", "2"},     {Int, "NDFact", "2"},        {Float, "NDRestX", "0.0"},
+    {String, "Name", "ftinch"},  {Int, "NDUnit", "2"},       {Float, "NDFact_2", "12.0"},
+    {String, "NDSepar_1", "\""}, {String, "NDSepar_2", "'"}, {Float, "NDSepScl_2", "1.0"},
+    {Int, "NDNulOther", "2"},    {Int, "NDFact", "2"},       {Float, "NDRestX", "0.0"},
 };
 constexpr Version0Member kGrade[] = {
     {String, "Name", "grade"}, {Int, "NDType", "2"}, {Int, "NDUnit", "5"}};
 
 constexpr PredefinedDisplay kPredefinedDisplays[] = {
-    {kMicron}, {kMillimetre}, {kCentimetre}, {kMetre}, {kKilometre}, {kInch}, {kFeetAndInches},
-    {kGrade},
+    {kMicron},    {kMillimetre}, {kCentimetre},    {kMetre},
+    {kKilometre}, {kInch},       {kFeetAndInches}, {kGrade},
 };
 
 constexpr const char* kIsoSizes[] = {"2.5", "3.5", "5.0", "7.0", "10.0", "14.0", "20.0"};
@@ -115,14 +115,30 @@ constexpr const char* kAvailableThicknesses[] = {"0.13", "0.35", "0.70", "1.00",
 
 }  // namespace
 
-std::span<const Version0Member> ToleranceDisplayType() { return kToleranceDisplayType; }
-std::span<const Version0Member> NumericalDisplayType() { return kNumericalDisplayType; }
-std::span<const Version0Member> ThicknessType() { return kThicknessType; }
-std::span<const Version0Member> PredefinedTolerance() { return kPredefinedTolerance; }
-std::span<const Version0Member> PredefinedDisplayMembers() { return kPredefinedDisplayMembers; }
-std::span<const PredefinedDisplay> PredefinedDisplays() { return kPredefinedDisplays; }
-std::span<const DressUpSymbol> DressUpSymbols() { return kDressUpSymbols; }
-std::span<const char* const> AvailableThicknesses() { return kAvailableThicknesses; }
+std::span<const Version0Member> ToleranceDisplayType() {
+  return kToleranceDisplayType;
+}
+std::span<const Version0Member> NumericalDisplayType() {
+  return kNumericalDisplayType;
+}
+std::span<const Version0Member> ThicknessType() {
+  return kThicknessType;
+}
+std::span<const Version0Member> PredefinedTolerance() {
+  return kPredefinedTolerance;
+}
+std::span<const Version0Member> PredefinedDisplayMembers() {
+  return kPredefinedDisplayMembers;
+}
+std::span<const PredefinedDisplay> PredefinedDisplays() {
+  return kPredefinedDisplays;
+}
+std::span<const DressUpSymbol> DressUpSymbols() {
+  return kDressUpSymbols;
+}
+std::span<const char* const> AvailableThicknesses() {
+  return kAvailableThicknesses;
+}
 
 std::span<const char* const> AllowedTextFontSizes(const char* parentStandard) {
   const std::string_view parent = parentStandard;

@@ -25,7 +25,9 @@ constexpr Descriptions kDescriptions[] = {
     {"NUMERICAL_DISPLAY", "ValueFormats", "NumericalDisplay"},
 };
 
-void AddBlankLine(VyrUnicodeString& text) { VyrDrwParseStandard::AddOutputLine(text, "", 1); }
+void AddBlankLine(VyrUnicodeString& text) {
+  VyrDrwParseStandard::AddOutputLine(text, "", 1);
+}
 
 void AddType(VyrUnicodeString& text, std::string_view name,
              std::span<const Version0Member> members) {
@@ -122,7 +124,8 @@ void VyrDrwParseStandard::EncodeAdditionalParameters(VyrUnicodeString& text) con
   AddBlankLine(text);
   AddGeneral(text, parentStandard_.CString());
   AddBlankLine(text);
-  AddDressUp(text, valueOf("SYMBArrowSide", "2.0").View(), valueOf("SYMBArrowAngle", "30.0").View());
+  AddDressUp(text, valueOf("SYMBArrowSide", "2.0").View(),
+             valueOf("SYMBArrowAngle", "30.0").View());
 }
 
 void VyrDrwParseStandard::EncodeMigratedParameters(VyrUnicodeString& text) const {
@@ -174,8 +177,8 @@ void VyrDrwParseStandard::EncodeThicknessTable(VyrUnicodeString& text) const {
   int pixel = 0;
   for (const char* millimetres : AvailableThicknesses()) {
     const std::string width = std::to_string(++pixel);
-    const Version0Member available[] = {{Int, "Availability", "1"}, {Int, "Pixel", width.c_str()},
-                                        {Float, "mm", millimetres}};
+    const Version0Member available[] = {
+        {Int, "Availability", "1"}, {Int, "Pixel", width.c_str()}, {Float, "mm", millimetres}};
     AddInstance(text, 1, "VyrThickness", ThicknessType(), available);
   }
   for (int i = 0; i < kUnavailableThicknesses; ++i) {

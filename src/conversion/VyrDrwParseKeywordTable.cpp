@@ -9,7 +9,7 @@ using Type = VyrDrwParseKeyword::Type;
 /// Row of every name of one column; the first row wins.
 using RowByName = std::unordered_map<std::string_view, int>;
 
-RowByName IndexColumn(const char* VyrDrwParseKeyword::* column) {
+RowByName IndexColumn(const char* VyrDrwParseKeyword::*column) {
   RowByName rows;
   for (int row = 0; row < kKeywordCount; ++row) {
     const std::string_view name = VyrDrwParseKeywordTable()[row].*column;
@@ -208,7 +208,9 @@ constexpr std::array<VyrDrwParseKeyword, kKeywordCount> kTable = {{
 
 }  // namespace
 
-std::span<const VyrDrwParseKeyword, kKeywordCount> VyrDrwParseKeywordTable() { return kTable; }
+std::span<const VyrDrwParseKeyword, kKeywordCount> VyrDrwParseKeywordTable() {
+  return kTable;
+}
 
 int FindKeywordRow(std::string_view keyword) {
   static const RowByName rows = IndexColumn(&VyrDrwParseKeyword::keyword);

@@ -74,7 +74,9 @@ int VyrDrwParseStandard::GetParentStandardId() const {
   return 0;
 }
 
-int VyrDrwParseStandard::GetCurrentVersion() { return VyrDftStdPersistence::GetCurrentVersion(); }
+int VyrDrwParseStandard::GetCurrentVersion() {
+  return VyrDftStdPersistence::GetCurrentVersion();
+}
 
 VyrDrwParseParameter* VyrDrwParseStandard::GetParameter(const VyrUnicodeString& name) const {
   if (name.IsEmpty()) return nullptr;

@@ -69,15 +69,15 @@ bool StandardXMLDecoder::CheckDocumentElement(Index root) {
   const Meaning& meaning = MeaningOf(root);
   const bool isStandard = meaning.kind == Meaning::Node && meaning.nodeType == Node::NodePlain;
   if (trace.IsOn()) {
-    trace.Print(isStandard ? "%sRoot node is OK, it's %s\n" : "%sRoot node is not correct, it's %s\n",
-                VyrTrace::Indentation().c_str(), Identifier(root).c_str());
+    trace.Print(
+        isStandard ? "%sRoot node is OK, it's %s\n" : "%sRoot node is not correct, it's %s\n",
+        VyrTrace::Indentation().c_str(), Identifier(root).c_str());
   }
   if (isStandard) return true;
   kXMLCodecUnit.Raise("Invalid standard");
-  problem_ = {tree_.GetLine(root), "not a drafting standard: the document element is " +
-                                       Described(tree_, root) +
-                                       ", and would be <std:node> in the namespace " +
-                                       kStandardNamespace};
+  problem_ = {tree_.GetLine(root),
+              "not a drafting standard: the document element is " + Described(tree_, root) +
+                  ", and would be <std:node> in the namespace " + kStandardNamespace};
   return false;
 }
 
@@ -113,9 +113,12 @@ HRESULT StandardXMLDecoder::DecodeTopElement(Index element, Index root, const St
 
 VyrAnnStandardXMLNode_var StandardXMLDecoder::BuildTop(Index element) {
   switch (MeaningOf(element).nodeType) {
-    case Node::NodeEnum: return BuildEnum(element);
-    case Node::NodeTypeDef: return BuildTypeDef(element);
-    default: return BuildNodeTree(element);
+    case Node::NodeEnum:
+      return BuildEnum(element);
+    case Node::NodeTypeDef:
+      return BuildTypeDef(element);
+    default:
+      return BuildNodeTree(element);
   }
 }
 

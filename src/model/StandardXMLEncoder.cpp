@@ -44,8 +44,8 @@ HRESULT StandardXMLEncoder::Encode(const StandardTops& tops, const VyrUnicodeStr
 bool StandardXMLEncoder::WriteDocumentAttribute(std::string_view name,
                                                 const VyrUnicodeString& value) {
   if (value.IsEmpty() || writer_.AddAttribute(name, value.View())) return true;
-  return Refuse("Failed to create node!", "the document element's attribute '" +
-                                              std::string(name) + "' holds what XML cannot hold");
+  return Refuse("Failed to create node!", "the document element's attribute '" + std::string(name) +
+                                              "' holds what XML cannot hold");
 }
 
 bool StandardXMLEncoder::WriteTop(const Node& top, Node::Type contentType) {

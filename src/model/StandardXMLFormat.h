@@ -55,7 +55,8 @@ constexpr bool MayHoldNode(VyrAnnStandardXMLNode::Type parent, VyrAnnStandardXML
     case Node::NodeInstance:
       return child == Node::NodePlain || child == Node::NodeInstance || child == Node::NodeTypeDef;
     case Node::NodeTypeDef:
-    case Node::NodeEnum: return false;
+    case Node::NodeEnum:
+      return false;
   }
   return false;
 }
@@ -65,11 +66,15 @@ constexpr bool MayHoldValue(VyrAnnStandardXMLNode::Type parent,
                             VyrAnnStandardXMLValue::Type value) {
   using Node = VyrAnnStandardXMLNode;
   switch (parent) {
-    case Node::NodeTop: return false;
+    case Node::NodeTop:
+      return false;
     case Node::NodePlain:
-    case Node::NodeInstance: return true;
-    case Node::NodeTypeDef: return value != VyrAnnStandardXMLValue::ValueColor;
-    case Node::NodeEnum: return value == VyrAnnStandardXMLValue::ValueString;
+    case Node::NodeInstance:
+      return true;
+    case Node::NodeTypeDef:
+      return value != VyrAnnStandardXMLValue::ValueColor;
+    case Node::NodeEnum:
+      return value == VyrAnnStandardXMLValue::ValueString;
   }
   return false;
 }

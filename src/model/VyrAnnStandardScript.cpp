@@ -55,20 +55,30 @@ bool SplitEach(std::string_view text, std::string_view& path, std::string_view& 
 }  // namespace
 
 bool VyrAnnStandardScript::Command::AppliesTo(std::string_view parentStandard) const {
-  return parents.empty() ||
-         !ForEachWord(parents, [&](std::string_view word) { return word != parentStandard; });
+  if (parents.empty()) return true;
+  const bool isNamed =
+      !ForEachWord(parents, [&](std::string_view word) { return word != parentStandard; });
+  return isNamed != isForOthers;
 }
 
 int VyrAnnStandardScript::Command::Run(VyrAnnStandardXMLParser& document) const {
   switch (verb) {
-    case Verb::Node: return document.AddNodeWithPath(text, 0);
-    case Verb::Instance: return document.AddNodeWithPath(text, 1);
-    case Verb::Value: return document.AddValueWithPath(text, 1);
-    case Verb::Field: return document.AddValueWithPath(text, -1);
-    case Verb::Change: return document.ChangeValueWithPath(text);
-    case Verb::Delete: return document.DeleteNodeWithPath(text);
-    case Verb::Each: return AddValueToEachChild(document, path, text, 1) == S_OK ? 0 : 1;
-    case Verb::EachNode: return AddNodeToEachChild(document, path, text, 0) == S_OK ? 0 : 1;
+    case Verb::Node:
+      return document.AddNodeWithPath(text, 0);
+    case Verb::Instance:
+      return document.AddNodeWithPath(text, 1);
+    case Verb::Value:
+      return document.AddValueWithPath(text, 1);
+    case Verb::Field:
+      return document.AddValueWithPath(text, -1);
+    case Verb::Change:
+      return document.ChangeValueWithPath(text);
+    case Verb::Delete:
+      return document.DeleteNodeWithPath(text);
+    case Verb::Each:
+      return AddValueToEachChild(document, path, text, 1) == S_OK ? 0 : 1;
+    case Verb::EachNode:
+      return AddNodeToEachChild(document, path, text, 0) == S_OK ? 0 : 1;
   }
   return 1;
 }
@@ -100,17 +110,20 @@ bool VyrAnnStandardScript::ReadLine(std::string_view line) {
 bool VyrAnnStandardScript::ReadParents(std::string_view line) {
   line = line.substr(0, line.find_last_not_of(kBlanks) + 1);
   if (!line.ends_with(']')) return Fail("'" + std::string(line) + "' does not end with ]");
-  const std::string_view parents = line.substr(1, line.size() - 2);
+  std::string_view parents = line.substr(1, line.size() - 2);
   if (parents == "any") {
     parents_ = {};
     return true;
   }
+  constexpr std::string_view otherThan = "not ";
+  isForOthers_ = parents.starts_with(otherThan);
+  if (isForOthers_) parents.remove_prefix(otherThan.size());
   const bool areKnown = ForEachWord(parents, [](std::string_view word) {
     return std::find(kParents.begin(), kParents.end(), word) != kParents.end();
   });
   if (!areKnown || parents.find_first_not_of(kBlanks) == std::string_view::npos) {
-    return Fail("[" + std::string(parents) + "] is not valid; expected is [any], or parents among " +
-                "ISO, JIS, ANSI, ASME");
+    return Fail("[" + std::string(parents) + "] is not valid; expected is [any], or [...] or " +
+                "[not ...] with parents among ISO, JIS, ANSI, ASME");
   }
   parents_ = parents;
   return true;
@@ -127,7 +140,7 @@ bool VyrAnnStandardScript::ReadCommand(std::string_view line) {
   std::string_view text = line.substr(word.size());
   text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
   if (text.empty()) return Fail("'" + std::string(word) + "' has no command");
-  Command command = {line_, verb->second, parents_, {}, text};
+  Command command = {line_, verb->second, parents_, isForOthers_, {}, text};
   const bool isEach = verb->second == Verb::Each || verb->second == Verb::EachNode;
   if (isEach && !SplitEach(text, command.path, command.text)) {
     return Fail("'" + std::string(word) + "' needs a path, a blank, and what to add to each " +

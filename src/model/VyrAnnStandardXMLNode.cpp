@@ -31,8 +31,7 @@ std::size_t PlaceOf(const std::vector<VyrVar<Item>>& list, int index) {
 
 template <class Item>
 Item* ElementAt(const std::vector<VyrVar<Item>>& list, int index) {
-  const std::size_t place =
-      index < 0 ? list.size() - 1 : static_cast<std::size_t>(index);
+  const std::size_t place = index < 0 ? list.size() - 1 : static_cast<std::size_t>(index);
   if (!kXMLClassUnit.Check(place < list.size(), "index past the last element")) return nullptr;
   return list[place].NewReference();
 }

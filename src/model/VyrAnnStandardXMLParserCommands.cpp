@@ -89,8 +89,9 @@ int VyrAnnStandardXMLParser::AddValueWithPath(VyrUnicodeView command, int occurr
   Node* top = GetStartNodeWithPath(fields.path, rest);
   if (top == nullptr) return kNotFound;
   const bool isTopItself = fields.path.find('.') == std::string_view::npos;
-  const auto target = isTopItself ? VyrAnnStandardXMLNode_var::Share(top)
-                                  : VyrAnnStandardXMLNode_var(top->GetNodeWithPath(rest, occurrence));
+  const auto target = isTopItself
+                          ? VyrAnnStandardXMLNode_var::Share(top)
+                          : VyrAnnStandardXMLNode_var(top->GetNodeWithPath(rest, occurrence));
   if (!target) return kNotFound;
   const ValueTypeField type = ParseType(fields.type);
   return PutValue(*target, fields, type, top == root_.Get() && occurrence != -1);

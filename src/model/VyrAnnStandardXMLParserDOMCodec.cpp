@@ -49,8 +49,7 @@ HRESULT MakeBuilder(VyrIXMLDOMDocumentBuilder_var& builder) {
     TraceLine("VyrDoValidation option found");
     if (VyrFailed(builder->SetOption(kVyrDoValidation, "false"))) return E_UNEXPECTED;
   } else {
-    TraceLine(
-        "Warning: VyrDoValidation is not supported; we assume that parser is not validating");
+    TraceLine("Warning: VyrDoValidation is not supported; we assume that parser is not validating");
   }
   if (!Supports(*builder, kVyrEnableNameSpaces)) {
     kXMLCodecUnit.Raise("Namespaces not supported!");

@@ -29,9 +29,8 @@ HRESULT VyrAnnStandardXMLParser::GetExplicitVersion(int& version) {
     return E_UNEXPECTED;
   }
   const auto number = ReadDecimalInteger(value.GetValue().View());
-  if (!kXMLParserUnit.Check(
-          number && Persistence::CheckExplicitVersionNumberIsValid(*number) != 0,
-          "Version is no known format version")) {
+  if (!kXMLParserUnit.Check(number && Persistence::CheckExplicitVersionNumberIsValid(*number) != 0,
+                            "Version is no known format version")) {
     return E_UNEXPECTED;
   }
   version = *number;
@@ -45,8 +44,10 @@ HRESULT VyrAnnStandardXMLParser::IsVersioned(int release) {
   if (VyrFailed(Persistence::GetReferenceNodeForRelease(release, path, status))) return E_FAIL;
   const VyrAnnStandardXMLNode_var node(GetNodeWithPath(VyrUnicodeString("Root.") + path));
   switch (status) {
-    case Persistence::NodeAdded: return node ? S_OK : S_FALSE;
-    case Persistence::NodeRemoved: return node ? S_FALSE : S_OK;
+    case Persistence::NodeAdded:
+      return node ? S_OK : S_FALSE;
+    case Persistence::NodeRemoved:
+      return node ? S_FALSE : S_OK;
   }
   return E_FAIL;
 }

@@ -16,7 +16,9 @@ StdPath::StdPath(VyrUnicodeView path) {
   components_.emplace_back(token);
 }
 
-unsigned int StdPath::GetLength() const { return static_cast<unsigned int>(components_.size()); }
+unsigned int StdPath::GetLength() const {
+  return static_cast<unsigned int>(components_.size());
+}
 
 VyrUnicodeString StdPath::operator[](int i) const {
   const bool isInside = i >= 1 && i <= static_cast<int>(components_.size());

@@ -25,7 +25,9 @@ const char* const VyrDftStdPersistence::VyrDftStdNodeThickness = "LineThickness"
 const char* const VyrDftStdPersistence::VyrDftStdNodeLinetypes = "LineTypes";
 const char* const VyrDftStdPersistence::VyrDftStdNodeStyles = "Styles";
 
-int VyrDftStdPersistence::GetCurrentVersion() { return kCurrentVersion; }
+int VyrDftStdPersistence::GetCurrentVersion() {
+  return kCurrentVersion;
+}
 
 int VyrDftStdPersistence::GetVersionFromRelease(int release, int) {
   const auto* const range = std::find_if(
@@ -57,7 +59,9 @@ HRESULT VyrDftStdPersistence::GetReferenceNodeForRelease(int release, VyrUnicode
   return S_OK;
 }
 
-VyrUnicodeString VyrDftStdPersistence::GetVersionNodePath() { return "Version"; }
+VyrUnicodeString VyrDftStdPersistence::GetVersionNodePath() {
+  return "Version";
+}
 
 void CheckExplicitVersions(std::span<const int> versions, const VyrSourceUnit& unit) {
   const int firstExplicit = VyrDftStdPersistence::GetVersionFromRelease(20);
