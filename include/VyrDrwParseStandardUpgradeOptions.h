@@ -4,7 +4,7 @@
 
 /// Options of an upgrade: one bit of a word whose other bits belong to the host.
 struct VyrDrwParseStandardUpgradeOptions {
-  /// Clears the bit. The host's bits are not touched: a host that uses them sets them first.
+  /// Clears the bit. The host's bits are left to the host, who sets them before they mean anything.
   VyrDrwParseStandardUpgradeOptions()
       : OOTBStandard(0) {}  // NOLINT(cppcoreguidelines-pro-type-member-init)
   VyrDrwParseStandardUpgradeOptions(const VyrDrwParseStandardUpgradeOptions&) = default;

@@ -87,8 +87,8 @@ int CountLines(std::string_view text) {
 const std::array<LegacyTextReader::Section, 4> LegacyTextReader::kSections = {{
     {kParentStandardRow, kLastGeneralRow, "", -1},
     {0, 1, nullptr, -1},
-    {kFirstToleranceRow, kFirstDisplayRow - 1, "TOLERANCE", kFirstToleranceRow + 2},
-    {kFirstDisplayRow, kKeywordCount - 1, "NUMERICAL_DISPLAY", kFirstDisplayRow + 2},
+    {kFirstToleranceRow, kFirstDisplayRow - 1, "TOLERANCE", kToleranceNameRow},
+    {kFirstDisplayRow, kKeywordCount - 1, "NUMERICAL_DISPLAY", kDisplayNameRow},
 }};
 
 bool LegacyTextReader::Fail(int line, std::string text) {

@@ -74,6 +74,8 @@ void VyrDrwParseParameter::Write(VyrUnicodeString& text) const {
   if (section_.IsEmpty()) {
     AddWrappedValue(text, 2, type_, name_.View(), value_.View());
   } else {
-    AddValueLine(text, 5, type_, name_.View(), value_.View());
+    const int row = FindKeywordRow(name_.View());
+    const bool namesGroup = row == kToleranceNameRow || row == kDisplayNameRow;
+    AddValueLine(text, 5, type_, namesGroup ? "Name" : name_.View(), value_.View());
   }
 }

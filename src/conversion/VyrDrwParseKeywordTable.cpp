@@ -41,7 +41,7 @@ constexpr std::array<VyrDrwParseKeyword, kKeywordCount> kTable = {{
     {"DIMTYPos", "DIMTYPos", 1, Type::Int},
     {"DIMTxtJustif", "DIMTxtJustif", 1, Type::Int},
     {"DIMLTail", "DIMLTail", 1, Type::Float},
-    {"DIMLConstantLength", "DIMLConstantLength", 1, Type::Int},
+    {"DIMLConstantLength", "DIMLConstantLength", 1, Type::Float},
     {"DIMLTextGap", "DIMLTextGap", 1, Type::Float},
     {"DIMLFrameGap", "DIMLFrameGap", 1, Type::Float},
     {"DIMLDiameterIntOverrun", "DIMLDiameterIntOverrun", 1, Type::Float},

@@ -28,6 +28,9 @@ inline constexpr int kParentStandardRow = 2;
 inline constexpr int kLastGeneralRow = 118;
 inline constexpr int kFirstToleranceRow = 119;
 inline constexpr int kFirstDisplayRow = 140;
+// The parameter that names a group of a section. A standard calls it "Name", as every type does.
+inline constexpr int kToleranceNameRow = kFirstToleranceRow + 2;
+inline constexpr int kDisplayNameRow = kFirstDisplayRow + 2;
 
 /// All rows in their fixed order; rows are addressed by their place.
 std::span<const VyrDrwParseKeyword, kKeywordCount> VyrDrwParseKeywordTable();

@@ -1,0 +1,425 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "DiagnosticsCapture.h"
+#include "LegacyText.h"
+#include "ParseStandardAccess.h"
+#include "TemporaryFolder.h"
+
+namespace {
+
+using Access = VyrDrwParseStandardAccess;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+/// A text standard in a file, read.
+struct ReadText {
+  TemporaryFolder folder;
+  VyrDrwParseStandard standard;
+  HRESULT result;
+
+  explicit ReadText(const std::string& text)
+      : standard(folder.Write("STD.txt", text)), result(standard.DecodeText()) {}
+  std::string operator[](const char* name) const { return Access::ValueOf(standard, name); }
+};
+
+TEST(TextReader, ValidTextIsDecodedAsVersion0WithoutADocument) {
+  const DiagnosticsCapture capture;
+  ReadText text(Joined(General()));
+  EXPECT_EQ(text.result, S_OK);
+  EXPECT_TRUE(text.standard.GetProblem().IsEmpty());
+  EXPECT_EQ(Access::Decoded(text.standard), 1);
+  EXPECT_EQ(text.standard.GetVersion(), 0);
+  EXPECT_EQ(Access::Document(text.standard), nullptr);
+  EXPECT_EQ(text.standard.GetParentStandardId(), VyrDrwParseStandard::ISO);
+  EXPECT_EQ(Access::Parameters(text.standard).size(), 105u);
+  EXPECT_THAT(capture.errors, IsEmpty());
+}
+
+TEST(TextReader, GoodTextsAreRead) {
+  const Lines comment = {"BEGIN_COMMENT_BLOCK",
+                         "Nonsense \"1",
+                         "BEGIN_TOLERANCE",
+                         "END_TOLERANCE",
+                         "BEGIN_COMMENT_BLOCK",
+                         "DIMLOverrun 9.9",
+                         "",
+                         "END_COMMENT_BLOCK"};
+  const Lines overrun = {"DIMLOverrun 2.5"};
+  const Lines parent = {General().front()};
+  const Lines rest = Without(General(), "ParentStandard");
+  struct {
+    const char* what;
+    std::string text;
+    const char* keyword;
+    const char* value;
+  } const cases[] = {
+      {"keyword", Joined(General() + overrun), "DIMLOverrun", "2.5"},
+      {"optional parameter left out", Joined(General()), "DIMLOverrun", "(none)"},
+      {"legacy name", Joined(Replaced(General(), "TXTThickness", "STDTxThickText 3")),
+       "TXTThickness", "3"},
+      {"blanks and tabs around", Joined(General() + Lines{"\t DIMLOverrun \t  2.5 \t "}),
+       "DIMLOverrun", "2.5"},
+      {"quoted number", Joined(General() + Lines{"DIMLOverrun \"2.5\""}), "DIMLOverrun", "2.5"},
+      {"quoted word", Joined(Replaced(General(), "ParentStandard", "ParentStandard \"JIS\"")),
+       "ParentStandard", "JIS"},
+      {"CRLF", Joined(General() + overrun, "\r\n"), "DIMLOverrun", "2.5"},
+      {"no last line end", Joined(General()) + "DIMLOverrun 2.5", "DIMLOverrun", "2.5"},
+      {"byte order mark", "\xEF\xBB\xBF" + Joined(General() + overrun), "ParentStandard", "ISO"},
+      {"empty lines", "\n \n\t\n" + Joined(General(), "\n\n") + "\n\nDIMLOverrun 2.5\n\n",
+       "DIMLOverrun", "2.5"},
+      {"comment first", Joined(comment + General() + overrun), "DIMLOverrun", "2.5"},
+      {"comment between", Joined(parent + comment + rest + overrun), "DIMLOverrun", "2.5"},
+      {"comment last", Joined(General() + overrun + comment), "DIMLOverrun", "2.5"},
+      {"comment of any language",
+       Joined(General() + overrun +
+              Lines{"BEGIN_COMMENT_BLOCK", "Größe é 寸法", "END_COMMENT_BLOCK"}),
+       "DIMLOverrun", "2.5"},
+      {"two comments in a row", Joined(comment + comment + General()), "DIMLOverrun", "(none)"},
+      {"negative", Joined(General() + Lines{"DIMLOverrun -2.5"}), "DIMLOverrun", "-2.5"},
+      {"positive", Joined(General() + Lines{"DIMLOverrun +2.5"}), "DIMLOverrun", "+2.5"},
+      {"exponent", Joined(General() + Lines{"DIMLOverrun 1e-3"}), "DIMLOverrun", "1e-3"},
+      {"negative int", Joined(General() + Lines{"CHFMeasureMode -1"}), "CHFMeasureMode", "-1"},
+      {"group first", Joined(Tolerance("T") + General()), "ParentStandard", "ISO"},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.what);
+    const ReadText text(test.text);
+    EXPECT_EQ(text.result, S_OK) << text.standard.GetProblem().text.CString();
+    EXPECT_EQ(text[test.keyword], test.value);
+  }
+}
+
+TEST(TextReader, EveryParameterIsKnownByItsLegacyName) {
+  Lines lines;
+  for (const ExpectedKeyword& row : ExpectedKeywords()) {
+    const std::string& name = row.legacyName.empty() ? row.keyword : row.legacyName;
+    if (row.kind == 's') {
+      lines.push_back(name + " text");
+    } else if (row.kind == '-') {
+      const bool ends = name.starts_with("END_");
+      if (!ends) lines.push_back(name);
+      if (name == "BEGIN_COMMENT_BLOCK") lines.push_back("END_COMMENT_BLOCK");
+      if (name == "BEGIN_NUMERICAL_DISPLAY") lines.insert(lines.end() - 1, "END_TOLERANCE");
+    } else {
+      lines.push_back(name + (row.kind == 'w' ? " ISO" : " 7"));
+    }
+  }
+  lines.push_back("END_NUMERICAL_DISPLAY");
+  const ReadText text(Joined(lines));
+  ASSERT_EQ(text.result, S_OK) << text.standard.GetProblem().text.CString();
+  for (const ExpectedKeyword& row : ExpectedKeywords()) {
+    if (row.kind == '-' || row.kind == 'w') continue;
+    EXPECT_EQ(text[row.keyword.c_str()], row.kind == 's' ? "text" : "7") << row.keyword;
+  }
+}
+
+TEST(TextReader, QuotesHoldEmptyValuesAndBlanksAtTheEnds) {
+  struct {
+    const char* written;
+    const char* value;
+  } const cases[] = {
+      {"mm", "mm"},         {"two words", "two words"},
+      {"\"\"", ""},         {"\" \"", " "},
+      {"\"\t\"", "\t"},     {"\" mm \"", " mm "},
+      {"\"\"\"\"", "\""},   {"\"a\"\"b\"", "a\"b"},
+      {"\"\"\"a\"", "\"a"}, {"\"a\"\"\"", "a\""},
+      {"5\"", "5\""},       {"a\"b\"", "a\"b\""},
+      {"'", "'"},           {"<&>", "<&>"},
+      {"é½", "é½"},
+  };
+  for (const auto& test : cases) {
+    const ReadText text(Joined(
+        General() + Replaced(Display("D"), "NDSepar_1", std::string("NDSepar_1 ") + test.written)));
+    EXPECT_EQ(text.result, S_OK) << text.standard.GetProblem().text.CString();
+    EXPECT_EQ(text["NDSepar_1"], test.value) << test.written;
+  }
+}
+
+TEST(TextReader, ParametersKeepTheOrderOfTheFileAndNameTheirGroup) {
+  ReadText text(Joined(Tolerance("A") + General() + Display("A") + Tolerance("B")));
+  ASSERT_EQ(text.result, S_OK) << text.standard.GetProblem().text.CString();
+  struct {
+    std::size_t count;
+    const char* section;
+    const char* description;
+  } const groups[] = {{19, "TOLERANCE", "A"},
+                      {105, "", ""},
+                      {35, "NUMERICAL_DISPLAY", "A"},
+                      {19, "TOLERANCE", "B"}};
+  const auto& parameters = Access::Parameters(text.standard);
+  ASSERT_EQ(parameters.size(), 19u + 105 + 35 + 19);
+  std::size_t i = 0;
+  for (const auto& group : groups) {
+    for (const std::size_t end = i + group.count; i < end; ++i) {
+      EXPECT_EQ(parameters[i]->GetSection(), group.section) << i;
+      EXPECT_EQ(parameters[i]->GetDescription(), group.description) << i;
+    }
+  }
+  EXPECT_EQ(parameters[0]->GetName(), "TolName");
+  EXPECT_EQ(parameters[18]->GetName(), "TolScale");
+  EXPECT_EQ(parameters[19]->GetName(), "ParentStandard");
+  EXPECT_EQ(parameters[124]->GetName(), "NDName");
+}
+
+TEST(TextReader, GroupMayBeNamedByAnyOfItsLines) {
+  Lines group = Tolerance("late");
+  std::swap(group[1], group[group.size() - 2]);
+  ReadText text(Joined(General() + group));
+  ASSERT_EQ(text.result, S_OK);
+  EXPECT_EQ(Access::Parameters(text.standard)[105]->GetDescription(), "late");
+}
+
+TEST(TextReader, ParentStandardFollowsTheRuleOfXMLStandards) {
+  constexpr auto kUnit = "[VyrDrwParseStandard]";
+  struct {
+    const char* parent;
+    const char* datumMode;
+    const char* expected;
+    bool isReported;
+  } const cases[] = {
+      {"ISO", "1", "ISO", false},   {"JIS", "0", "JIS", false},  {"ANSI", "1", "ASME", false},
+      {"ANSI", "2", "ANSI", false}, {"ANSI", "0", "ANSI", true}, {"ASME", "2", "ASME", false},
+  };
+  for (const auto& test : cases) {
+    const DiagnosticsCapture capture;
+    const Lines lines = Replaced(
+        Replaced(General(), "ParentStandard", std::string("ParentStandard ") + test.parent),
+        "TXTDatumMode", std::string("TXTDatumMode ") + test.datumMode);
+    const ReadText text(Joined(lines));
+    EXPECT_EQ(text.standard.GetParentStandard(), test.expected);
+    ASSERT_EQ(capture.errors.size(), test.isReported ? 1u : 0u);
+    if (!test.isReported) continue;
+    EXPECT_THAT(CheckText(capture.errors[0]), StartsWith(": Invalid TXTDatumMode value!"));
+    EXPECT_THAT(CheckText(capture.errors[0]), testing::EndsWith(kUnit));
+  }
+}
+
+/// A bad text: the general parameters on lines 1 to 105, then `lines`.
+struct BadText {
+  const char* what;
+  Lines lines;
+  int line;
+  const char* expected;  // part of the problem's text
+};
+
+void ExpectRefused(const std::string& content, int line, const std::string& expected) {
+  const DiagnosticsCapture capture;
+  ReadText text(content);
+  EXPECT_EQ(text.result, E_FAIL);
+  EXPECT_EQ(text.standard.GetProblem().line, line);
+  EXPECT_THAT(text.standard.GetProblem().text.CString(), HasSubstr(expected));
+  EXPECT_FALSE(text.standard.GetProblem().IsEmpty());
+  EXPECT_EQ(Access::Decoded(text.standard), 0);
+  EXPECT_TRUE(Access::Parameters(text.standard).empty());
+  EXPECT_EQ(Access::Document(text.standard), nullptr);
+  EXPECT_EQ(text.standard.GetParentStandard(), "");
+  const std::string output = text.folder / "out.xml";
+  VyrDrwParseStandardUpgradeOptions options;
+  EXPECT_LT(text.standard.EncodeToFile(output.c_str(), 1, options), 0);
+  EXPECT_FALSE(std::filesystem::exists(output));
+  EXPECT_THAT(capture.errors, IsEmpty()) << "a bad input is no failed check";
+}
+
+void ExpectRefused(const std::vector<BadText>& cases) {
+  for (const BadText& test : cases) {
+    SCOPED_TRACE(test.what);
+    ExpectRefused(Joined(General() + test.lines), test.line, test.expected);
+  }
+}
+
+TEST(TextReader, BadNamesAreRefused) {
+  const std::string tail = "line 13";
+  ASSERT_EQ(General()[12], "DIMLTail 1");
+  ExpectRefused({
+      {"unknown name", {"", "Nonsense 1"}, 107, "'Nonsense'"},
+      {"other case", {"dimloverrun 1.0"}, 106, "'dimloverrun'"},
+      {"twice", {"DIMLTail 1.0"}, 106, tail.c_str()},
+      {"twice, the same value", {"", "DIMLTail 1"}, 107, "twice"},
+      {"twice through its legacy name", {"STDTxThickText 1"}, 106, "STDTxThickText is given twice"},
+      {"twice in a group", {"BEGIN_TOLERANCE", "TolType 1", "TolType 1"}, 108, "line 107"},
+      {"twice in a group through its legacy name",
+       {"BEGIN_NUMERICAL_DISPLAY", "NDName D", "FNMVAL D"},
+       108,
+       "line 107"},
+      {"of a tolerance", {"TolType 1"}, 106, "BEGIN_TOLERANCE"},
+      {"of a numerical display", {"FTYFOR 1"}, 106, "BEGIN_NUMERICAL_DISPLAY"},
+      {"of the general part", {"BEGIN_TOLERANCE", "DIMLOverrun 1"}, 107, "outside the sections"},
+      {"of the other section", {"BEGIN_TOLERANCE", "NDType 1"}, 107, "BEGIN_NUMERICAL_DISPLAY"},
+  });
+}
+
+TEST(TextReader, ValuesOfTheWrongTypeAreRefused) {
+  const std::string integers[] = {"1.5", "one", "1 2", "99999999999", "\"\"", "\" 1\"",
+                                  "0x1", "1,0", "-",   "+-1",         "--1",  "1e3"};
+  for (const std::string& value : integers) {
+    SCOPED_TRACE(value);
+    ExpectRefused(Joined(General() + Lines{"CHFMeasureMode " + value}), 106, "a whole number");
+  }
+  const std::string floats[] = {"two",  "2,0", "1e", "1e999", "nan", "inf",    "0x10", "2.0 mm",
+                                "\"\"", "+",   "-",  "+-1",   "1-1", "\" 1\"", "..",   "1.2.3"};
+  for (const std::string& value : floats) {
+    SCOPED_TRACE(value);
+    ExpectRefused(Joined(General() + Lines{"DIMLOverrun " + value}), 106, "a decimal number");
+  }
+  for (const std::string value : {"DIN", "iso", "ISO JIS", "\"\"", "1"}) {
+    SCOPED_TRACE(value);
+    ExpectRefused(Joined(Replaced(General(), "ParentStandard", "ParentStandard " + value)), 1,
+                  "one of ISO, JIS, ANSI, ASME");
+  }
+  ExpectRefused({{"in a group", {"BEGIN_TOLERANCE", "TolScale big"}, 107, "a decimal number"},
+                 {"in a group", {"BEGIN_TOLERANCE", "TolType 1.0"}, 107, "a whole number"}});
+}
+
+TEST(TextReader, MissingAndUnterminatedValuesAreRefused) {
+  ExpectRefused({
+      {"no value", {"DIMLOverrun"}, 106, "DIMLOverrun has no value"},
+      {"blanks only", {"DIMLOverrun \t "}, 106, "no value"},
+      {"no value in a group", {"BEGIN_NUMERICAL_DISPLAY", "NDSepar_1"}, 107, "no value"},
+      {"quotes not closed", {"BEGIN_TOLERANCE", "TolName \"T"}, 107, "closing double quote"},
+      {"one quote", {"BEGIN_TOLERANCE", "TolName \""}, 107, "closing double quote"},
+      {"doubled at the end", {"BEGIN_TOLERANCE", "TolName \"T\"\""}, 107, "closing double quote"},
+      {"text after the quotes", {"BEGIN_TOLERANCE", "TolName \"T\" x"}, 107, "double quote"},
+  });
+}
+
+TEST(TextReader, BadSectionsAreRefused) {
+  ExpectRefused({
+      {"tolerance not ended", {"BEGIN_TOLERANCE", "TolName T"}, 106, "END_TOLERANCE"},
+      {"display not ended", {"BEGIN_NUMERICAL_DISPLAY"}, 106, "END_NUMERICAL_DISPLAY"},
+      {"comment not ended", {"", "BEGIN_COMMENT_BLOCK", "x"}, 107, "END_COMMENT_BLOCK"},
+      {"nested in itself", {"BEGIN_TOLERANCE", "BEGIN_TOLERANCE"}, 107, "line 106"},
+      {"nested in the other",
+       {"BEGIN_TOLERANCE", "", "BEGIN_NUMERICAL_DISPLAY"},
+       108,
+       "END_TOLERANCE was expected"},
+      {"comment in a section",
+       {"BEGIN_TOLERANCE", "BEGIN_COMMENT_BLOCK"},
+       107,
+       "END_TOLERANCE was expected"},
+      {"tolerance not begun", {"END_TOLERANCE"}, 106, "BEGIN_TOLERANCE"},
+      {"display not begun", {"END_NUMERICAL_DISPLAY"}, 106, "BEGIN_NUMERICAL_DISPLAY"},
+      {"comment not begun", {"END_COMMENT_BLOCK"}, 106, "BEGIN_COMMENT_BLOCK"},
+      {"ended as the other",
+       {"BEGIN_TOLERANCE", "END_NUMERICAL_DISPLAY"},
+       107,
+       "END_TOLERANCE was expected"},
+      {"comment end in a section",
+       {"BEGIN_TOLERANCE", "END_COMMENT_BLOCK"},
+       107,
+       "END_TOLERANCE was expected"},
+      {"marker with a value", {"BEGIN_TOLERANCE T"}, 106, "stands alone"},
+      {"end marker with a value", {"BEGIN_TOLERANCE", "END_TOLERANCE T"}, 107, "stands alone"},
+  });
+}
+
+TEST(TextReader, BadGroupsAreRefused) {
+  ExpectRefused({
+      {"no name", Without(Tolerance("T"), "TolName"), 106, "TolName"},
+      {"empty name", Tolerance("\"\""), 106, "TolName"},
+      {"display without a name", Without(Display("D"), "NDName"), 106, "NDName"},
+      {"empty section", {"BEGIN_TOLERANCE", "END_TOLERANCE"}, 106, "TolName"},
+      {"name given twice", Tolerance("T") + Tolerance("U") + Tolerance("T"), 106 + 2 * 21,
+       "line 106"},
+      {"display given twice", Display("D") + Display("D"), 106 + 37, "line 106"},
+  });
+}
+
+TEST(TextReader, EachRequiredGeneralParameterIsMissed) {
+  ASSERT_EQ(General().size(), 105u);
+  for (const std::string& line : General()) {
+    const std::string keyword = line.substr(0, line.find(' '));
+    SCOPED_TRACE(keyword);
+    ExpectRefused(Joined(Without(General(), keyword)), 104, keyword + " is missing");
+  }
+}
+
+TEST(TextReader, EachParameterOfAGroupIsRequired) {
+  for (const Lines& group : {Tolerance("G"), Display("G")}) {
+    for (std::size_t i = 2; i + 1 < group.size(); ++i) {
+      const std::string keyword = group[i].substr(0, group[i].find(' '));
+      SCOPED_TRACE(keyword);
+      ExpectRefused(Joined(General() + Without(group, keyword)), 106, keyword + " is missing");
+    }
+  }
+}
+
+TEST(TextReader, WhatIsNoTextIsRefused) {
+  const std::string nul(1, '\0');
+  const std::string general = Joined(General());
+  struct {
+    const char* what;
+    std::string text;
+    int line;
+    const char* expected;
+  } const cases[] = {
+      {"empty file", "", 0, "ParentStandard is missing"},
+      {"blank file", "\n\n", 2, "ParentStandard is missing"},
+      {"comment only", "BEGIN_COMMENT_BLOCK\nEND_COMMENT_BLOCK\n", 2, "ParentStandard is missing"},
+      {"invalid UTF-8", general + "\nDIMLOverrun \xC3(\n", 107, "UTF-8"},
+      {"invalid UTF-8 in a comment", "BEGIN_COMMENT_BLOCK\n\xFC\nEND_COMMENT_BLOCK\n" + general, 2,
+       "UTF-8"},
+      {"cut character at the end", general + "DIMLOverrun \xE2\x82", 106, "UTF-8"},
+      {"surrogate", general + "DIMLOverrun \xED\xA0\x80\n", 106, "UTF-8"},
+      {"control character", general + "DIMLOverrun 1\x01\n", 106, "control character"},
+      {"zero byte", general + "DIMLOverrun 1" + nul + "\n", 106, "control character"},
+      {"zero byte in a string",
+       general + Joined(Replaced(Tolerance("T"), "TolName", "TolName \"a" + nul + "b\"")), 107,
+       "control character"},
+      {"image", "\x89PNG\r\n\x1A\n" + nul + nul, 1, "UTF-8"},
+      {"program",
+       "\x7F"
+       "ELF\x02\x01\x01" +
+           nul + nul + "\n",
+       1, "control character"},
+      {"UTF-16", "\xFF\xFEP" + nul + "a" + nul, 1, "UTF-8"},
+      {"XML", "<?xml version=\"1.0\"?>\n<std:node/>\n", 1, "'<?xml'"},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.what);
+    ExpectRefused(test.text, test.line, test.expected);
+  }
+}
+
+TEST(TextReader, FileThatCannotBeReadIsAProblemWithoutALine) {
+  const TemporaryFolder folder;
+  for (const std::string& path : {folder / "missing.txt", folder.Path().string(), std::string()}) {
+    VyrDrwParseStandard standard(path);
+    EXPECT_EQ(standard.DecodeText(), E_FAIL) << path;
+    EXPECT_FALSE(standard.GetProblem().IsEmpty());
+    EXPECT_EQ(standard.GetProblem().line, 0);
+    EXPECT_EQ(Access::Decoded(standard), 0);
+  }
+}
+
+TEST(TextReader, MendedFileIsReadAfterARefusal) {
+  const TemporaryFolder folder;
+  VyrDrwParseStandard standard(folder.Write("STD.txt", "Nonsense 1\n"));
+  EXPECT_EQ(standard.DecodeText(), E_FAIL);
+  folder.Write("STD.txt", Joined(General()));
+  EXPECT_EQ(standard.DecodeText(), S_OK);
+  EXPECT_TRUE(standard.GetProblem().IsEmpty());
+  EXPECT_EQ(standard.GetParentStandard(), "ISO");
+}
+
+TEST(TextReader, SecondReadIsReportedAndKeepsTheFirst) {
+  for (const bool development : {false, true}) {
+    const DiagnosticsCapture capture(development);
+    ReadText text(Joined(General()));
+    EXPECT_EQ(text.standard.DecodeText(), E_UNEXPECTED);
+    EXPECT_THAT(CheckTexts(development ? capture.abends : capture.errors),
+                ElementsAre(StartsWith("BOOL IS FALSE: ")));
+    EXPECT_EQ(Access::Parameters(text.standard).size(), 105u);
+    text.standard.Decode();
+    EXPECT_EQ(Access::Document(text.standard), nullptr) << "a decoded standard is not read as XML";
+    EXPECT_EQ(text.standard.GetVersion(), 0);
+  }
+}
+
+}  // namespace
