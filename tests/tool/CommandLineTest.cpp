@@ -1,0 +1,280 @@
+#include "ToolRun.h"
+
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+/// A terminal whose screen the test reads.
+class PseudoTerminal {
+ public:
+  PseudoTerminal() {
+    if (::grantpt(screen_) != 0 || ::unlockpt(screen_) != 0) return;
+    path_ = ::ptsname(screen_);
+    // What was written is lost when nobody holds the terminal open.
+    held_ = ::open(path_.c_str(), O_RDWR | O_NOCTTY);
+  }
+  PseudoTerminal(const PseudoTerminal&) = delete;
+  PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+  ~PseudoTerminal() {
+    ::close(held_);
+    ::close(screen_);
+  }
+  bool IsOpen() const { return held_ >= 0; }
+  const std::string& Path() const { return path_; }
+  std::string Read() const {
+    char text[1024];
+    const ssize_t got = ::read(screen_, text, sizeof text);
+    return {text, static_cast<std::size_t>(std::max<ssize_t>(got, 0))};
+  }
+
+ private:
+  int screen_ = ::posix_openpt(O_RDWR | O_NOCTTY);
+  int held_ = -1;
+  std::string path_;
+};
+
+}  // namespace
+
+// What all subcommands have in common.
+
+TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("a.xml", SampleStandard());
+  const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+      {{}, "subcommand"},
+      {{"fold"}, "'fold' is no command; there are convert, info, get, tree, edit, check"},
+      {{"info"}, "FILE"},
+      {{"info", ""}, "file name"},
+      {{"get", file}, "PATH"},
+      {{"get", file, "A", "B"}, "B"},
+      {{"info", file, "--frobnicate"}, "--frobnicate"},
+      {{"info", file, "--color", "red"}, "auto"},
+      {{"info", "-", "-"}, "standard input"},
+      {{"check", "-", "-"}, "standard input"},
+      {{"convert", LegacyText("ISO")}, "--output"},
+      {{"convert", LegacyText("ISO"), "-o", "-"}, "standard output"},
+      {{"edit", file, "-o", folder / "b.xml"}, "-c"},
+      {{"edit", file, "-c", "node Root:A"}, "--in-place"},
+      {{"edit", file, "-c", "node Root:A", "-o", folder / "b.xml", "--in-place"}, "--in-place"},
+      {{"edit", file, "-c", "node Root:A", "-f", file, "-o", folder / "b.xml"}, "one of the two"},
+      {{"edit", "-", "-c", "node Root:A", "--in-place"}, "standard input"},
+      {{"edit", "-", "-f", "-", "-o", folder / "b.xml"}, "standard input"},
+  };
+  for (const auto& [arguments, part] : cases) {
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    const ToolRun run = RunTool(arguments);
+    ExpectFailure(run, 2, {part});
+    EXPECT_EQ(run.out, "");
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "b.xml"));
+}
+
+TEST(CommandLine, ArgumentsThatAreNotUtf8AreRefused) {
+  for (const char* argument : {"\xFF", "a\xC3", "\xC0\xAF", "\xED\xA0\x80"}) {
+    ExpectFailure(RunTool({"info", argument}), 2, {"argument 2", "UTF-8"});
+  }
+}
+
+TEST(CommandLine, HelpIsDataAndHasExamples) {
+  const ToolRun run = RunTool({"--help"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  for (const char* command : {"convert", "info", "get", "tree", "edit", "check"}) {
+    EXPECT_THAT(run.out, HasSubstr("\n  " + std::string(command) + " "));
+    const ToolRun help = RunTool({command, "--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.err, "");
+    EXPECT_THAT(help.out, HasSubstr("Examples:\n  holstd " + std::string(command) + " "));
+  }
+}
+
+TEST(CommandLine, VersionTellsTheFormatItWrites) {
+  const ToolRun run = RunTool({"--version"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.out, testing::MatchesRegex("holstd [0-9.]+, standard format 220\n"));
+}
+
+TEST(CommandLine, OptionsOfAllCommandsStandBeforeOrAfterTheCommand) {
+  const TemporaryFolder folder;
+  const std::string text = LegacyText("ISO");
+  for (const auto& arguments :
+       std::vector<std::vector<std::string>>{{"-q", "convert", text, "-o", folder / "a.xml"},
+                                             {"convert", text, "-o", folder / "a.xml", "-q"}}) {
+    const ToolRun run = RunTool(arguments);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+  }
+}
+
+TEST(CommandLine, AnUnknownTraceIsUsageAndListsTheKnownOnes) {
+  const ToolRun run = RunTool({"--trace", "Nothing", "info", "-"}, {.input = SampleStandard()});
+  ExpectFailure(run, 2, {"'Nothing'", "DftStdDOMCodec", "VyrDftStandardOutput"});
+}
+
+TEST(CommandLine, ATraceGoesToStandardErrorAndMayBeRepeated) {
+  const ToolRun run = RunTool(
+      {"get", "-", "Version", "--trace", "DftStdDOMCodec", "--trace", "VyrDftStandardOutput"},
+      {.input = SampleStandard()});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "220\n");
+  EXPECT_THAT(run.err, HasSubstr("VyrAnnStandardXMLParserDOMCodec::DecodeXMLString"));
+}
+
+TEST(CommandLine, FailedChecksOfTheLibraryAreShownOnRequestOnly) {
+  const ToolSurroundings with = {.input = "<notAStandard/>"};
+  EXPECT_THAT(RunTool({"info", "-"}, with).err, Not(HasSubstr("ASSERTION")));
+  for (const auto& option :
+       std::vector<std::vector<std::string>>{{"-v"}, {"--trace", "DftStdDOMCodec"}}) {
+    std::vector<std::string> arguments = {"info", "-"};
+    arguments.insert(arguments.end(), option.begin(), option.end());
+    const ToolRun run = RunTool(arguments, with);
+    EXPECT_EQ(run.status, 3);
+    EXPECT_THAT(run.err, HasSubstr("ASSERTION FAILED"));
+  }
+}
+
+TEST(CommandLine, ColoursAreSparseAndNeverWithoutATerminalUnlessAskedFor) {
+  const auto isColored = [](const std::vector<std::string>& options, const ToolSurroundings& with) {
+    std::vector<std::string> arguments = {"check", "-"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return RunTool(arguments, with).out.find('\033') != std::string::npos;
+  };
+  ToolSurroundings with = {.input = SampleStandard()};
+  EXPECT_FALSE(isColored({}, with));
+  EXPECT_FALSE(isColored({"--color", "never"}, with));
+  EXPECT_TRUE(isColored({"--color", "always"}, with));
+  EXPECT_FALSE(isColored({"--color", "always", "--json"}, with));
+  with.environment = {{"NO_COLOR", "1"}};
+  EXPECT_FALSE(isColored({"--color", "auto"}, with));
+}
+
+TEST(CommandLine, OnATerminalThereAreColoursUnlessTheEnvironmentSaysNo) {
+  using Environment = std::vector<std::pair<std::string, std::string>>;
+  const std::vector<std::pair<Environment, bool>> cases = {
+      {{{"TERM", "xterm"}}, true},
+      {{{"TERM", "xterm"}, {"NO_COLOR", ""}}, true},
+      {{{"TERM", "xterm"}, {"NO_COLOR", "1"}}, false},
+      {{{"TERM", "dumb"}}, false},
+  };
+  for (const auto& [environment, isColored] : cases) {
+    SCOPED_TRACE(testing::PrintToString(environment));
+    const PseudoTerminal terminal;
+    ASSERT_TRUE(terminal.IsOpen());
+    const ToolRun run = RunTool(
+        {"check", "-"},
+        {.input = SampleStandard(), .outputFile = terminal.Path(), .environment = environment});
+    EXPECT_EQ(run.status, 0);
+    const std::string shown = terminal.Read();
+    EXPECT_THAT(shown, HasSubstr("valid"));
+    EXPECT_EQ(shown.find('\033') != std::string::npos, isColored) << shown;
+  }
+}
+
+TEST(CommandLine, OutputThatCannotBeWrittenIsStatus4) {
+  const std::vector<std::vector<std::string>> cases = {
+      {"info", "-"}, {"info", "-", "--json"}, {"get", "-", "Version"},
+      {"tree", "-"}, {"check", "-"},          {"--help"},
+      {"--version"}};
+  for (const auto& arguments : cases) {
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    ExpectFailure(RunTool(arguments, {.input = SampleStandard(), .outputFile = "/dev/full"}), 4,
+                  {"standard output", "space"});
+    ExpectFailure(RunTool(arguments, {.input = SampleStandard(), .isReaderGone = true}), 4,
+                  {"standard output", "pipe"});
+  }
+}
+
+TEST(CommandLine, WhatCannotBeReadIsStatus3WithFileAndLine) {
+  const TemporaryFolder folder;
+  const std::string broken = folder.Write("broken.xml", Document("<std:node>\n"));
+  const std::string foreign = folder.Write("foreign.xml", "<node name=\"drafting\"/>");
+  const std::string misplaced =
+      folder.Write("misplaced.xml", Document("<std:strval>x</std:strval>\n"));
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {folder / "missing.xml", "missing.xml: "},
+      {folder.Path().string(), "folder"},
+      {broken, "broken.xml:"},
+      {foreign, "foreign.xml:1: "},
+      {misplaced, "misplaced.xml:3: "},
+  };
+  for (const auto& [file, part] : cases) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"info", file},
+             {"get", file, "Version"},
+             {"tree", file},
+             {"check", file},
+             {"edit", file, "-c", "node Root:A", "-o", folder / "out.xml"}}) {
+      SCOPED_TRACE(testing::PrintToString(arguments));
+      const ToolRun run = RunTool(arguments);
+      ExpectFailure(run, 3, {part});
+      EXPECT_EQ(run.out, "");
+    }
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "out.xml"));
+}
+
+TEST(CommandLine, AStandardNewerThanTheToolIsStatus6) {
+  const TemporaryFolder folder;
+  const std::string element = "<std:future/>\n";
+  for (const std::string& content :
+       {Parameter("Version", "intval", "230"), Parameter("Version", "intval", "221"),
+        Parameter("Version", "intval", "99999999999999999999"),
+        Parameter("Version", "intval", "230") + element}) {
+    const std::string file = folder.Write("new.xml", Document(content));
+    for (const auto& arguments :
+         std::vector<std::vector<std::string>>{{"info", file},
+                                               {"get", file, "Version"},
+                                               {"tree", file},
+                                               {"check", file},
+                                               {"edit", file, "-c", "node Root:A", "--in-place"}}) {
+      SCOPED_TRACE(testing::PrintToString(arguments));
+      ExpectFailure(RunTool(arguments), 6, {"new.xml", "220", "newer"});
+    }
+    EXPECT_EQ(ReadWholeFile(file), Document(content));
+  }
+}
+
+TEST(CommandLine, AVersionUpToTheToolsOwnIsNotNewer) {
+  for (const char* version : {"220", "110", "0", "-5", "abc", ""}) {
+    const ToolRun run =
+        RunTool({"tree", "-"}, {.input = Document(Parameter("Version", "intval", version))});
+    EXPECT_EQ(run.status, 0) << version << run.err;
+  }
+}
+
+TEST(CommandLine, OfSeveralFilesEachIsServedAndTheWorstStatusReturned) {
+  const TemporaryFolder folder;
+  const std::string good = folder.Write("good.xml", SampleStandard());
+  const std::string undated =
+      folder.Write("undated.xml", Document(Parameter("Version", "intval", "abc")));
+  const std::string newer =
+      folder.Write("newer.xml", Document(Parameter("Version", "intval", "230")));
+  const std::string missing = folder / "missing.xml";
+  const std::vector<std::pair<std::vector<std::string>, int>> cases = {
+      {{good, good}, 0},       {{undated, good}, 1},        {{undated, missing, good}, 3},
+      {{missing, undated}, 3}, {{missing, newer, good}, 6},
+  };
+  for (const auto& [files, status] : cases) {
+    std::vector<std::string> arguments = {"check"};
+    arguments.insert(arguments.end(), files.begin(), files.end());
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    const ToolRun run = RunTool(arguments);
+    EXPECT_EQ(run.status, status);
+    const bool isSaid = run.out.find(good + ": valid, version 220\n") != std::string::npos;
+    EXPECT_EQ(isSaid, files.back() == good);
+  }
+}
+
+TEST(CommandLine, APathIsReadWithBackslashesToo) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("a.xml", SampleStandard());
+  const ToolRun run = RunTool({"info", folder.Path().string() + "\\a.xml", "--json"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(ParsedJson(run)[0]["file"], file);
+}
+
+TEST(CommandLine, AFileMayBeCalledLikeASubcommand) {
+  const ToolRun run = RunTool({"get", "-", "get"}, {.input = SampleStandard()});
+  ExpectFailure(run, 1, {"'get'"});
+}

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "TemporaryFolder.h"
+
+/// What the tool left behind.
+struct ToolRun {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+/// What a run of the tool meets besides its arguments.
+struct ToolSurroundings {
+  std::string input = {};
+  std::string outputFile = {};  ///< where standard output leads; empty: it is captured
+  bool isReaderGone = false;    ///< standard output is a pipe that nobody reads
+  std::vector<std::pair<std::string, std::string>> environment = {};
+};
+
+namespace tool_run {
+
+/// Makes `file` what the descriptor stands for; in the child only.
+inline void Redirect(const std::string& file, int flags, int descriptor) {
+  const int opened = ::open(file.c_str(), flags, 0600);
+  if (opened < 0 || ::dup2(opened, descriptor) < 0) ::_exit(126);
+  ::close(opened);
+}
+
+inline void RedirectToClosedPipe() {
+  int ends[2];
+  if (::pipe(ends) != 0 || ::dup2(ends[1], STDOUT_FILENO) < 0) ::_exit(126);
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
+/// A fault that a sanitizer finds must not look like a status of the tool.
+inline void SetEnvironment(const ToolSurroundings& with) {
+  ::unsetenv("NO_COLOR");
+  for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS"}) {
+    const char* options = std::getenv(name);
+    ::setenv(name, ((options == nullptr ? "" : options) + std::string(":exitcode=99")).c_str(), 1);
+  }
+  for (const auto& [name, value] : with.environment) ::setenv(name.c_str(), value.c_str(), 1);
+}
+
+[[noreturn]] inline void BecomeTool(const std::vector<std::string>& arguments,
+                                    const TemporaryFolder& folder, const ToolSurroundings& with) {
+  Redirect(folder / "in", O_RDONLY, STDIN_FILENO);
+  if (with.isReaderGone) {
+    RedirectToClosedPipe();
+  } else if (with.outputFile.empty()) {
+    Redirect(folder / "out", O_WRONLY | O_CREAT, STDOUT_FILENO);
+  } else {
+    Redirect(with.outputFile, O_WRONLY, STDOUT_FILENO);
+  }
+  Redirect(folder / "err", O_WRONLY | O_CREAT, STDERR_FILENO);
+  SetEnvironment(with);
+  std::vector<char*> argv = {const_cast<char*>(HOL_TOOL)};
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  ::execv(HOL_TOOL, argv.data());
+  ::_exit(127);
+}
+
+}  // namespace tool_run
+
+/// Runs the tool to its end.
+inline ToolRun RunTool(const std::vector<std::string>& arguments,
+                       const ToolSurroundings& with = {}) {
+  const TemporaryFolder folder;
+  folder.Write("in", with.input);
+  const pid_t child = ::fork();
+  if (child == 0) tool_run::BecomeTool(arguments, folder, with);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status),
+          ReadWholeFile(folder / "out"), ReadWholeFile(folder / "err")};
+}
+
+inline nlohmann::json ParsedJson(const ToolRun& run) {
+  return nlohmann::json::parse(run.out, nullptr, false);
+}
+
+/// The run failed with `status` and one message that holds every one of `parts`.
+inline void ExpectFailure(const ToolRun& run, int status, const std::vector<std::string>& parts) {
+  EXPECT_EQ(run.status, status) << run.err;
+  EXPECT_EQ(run.err.rfind("holstd: ", 0), 0u) << run.err;
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  for (const std::string& part : parts) EXPECT_THAT(run.err, testing::HasSubstr(part));
+}
+
+inline std::string LegacyText(const std::string& name) {
+  return std::string(HOL_STANDARDS) + "/legacy/" + name + ".txt";
+}
+
+/// A standard document around `content`.
+inline std::string Document(const std::string& content) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<std:node "
+         "xmlns:std=\"http://schemas.hol-standard.example/drafting/std\" name=\"drafting\">\n" +
+         content + "</std:node>\n";
+}
+
+/// A parameter's node with its value.
+inline std::string Parameter(const std::string& name, const std::string& element,
+                             const std::string& text) {
+  return "<std:node name=\"" + name + "\"><std:" + element + ">" + text +
+         "</std:" + element.substr(0, element.find(' ')) + "></std:node>\n";
+}
+
+/// One of every kind: an ASME standard of version 220 with 1 enumeration, 1 type, 11 nodes and 12
+/// values.
+inline std::string SampleStandard() {
+  return Document(
+      "<std:enumdef name=\"YesNo\"><std:strval>Yes</std:strval><std:strval>No</std:strval>"
+      "</std:enumdef>\n"
+      "<std:typedef name=\"FrameDef\"><std:strval name=\"Name\">XXX</std:strval>"
+      "<std:intval name=\"Type\">1</std:intval></std:typedef>\n"
+      "<std:node name=\"Dimension\">\n" +
+      Parameter("ParentStandard", "strval", "ANSI") + Parameter("TXTDatumMode", "intval", "1") +
+      Parameter("DIMLTail", "floatval minval=\"0.0\"", "2.0") +
+      Parameter("Blanking", "enumval name=\"YesNo\"", "Yes") +
+      "</std:node>\n"
+      "<std:node name=\"Frames\">\n"
+      "<std:typeval name=\"FrameDef\"><std:strval name=\"Name\">Box</std:strval>"
+      "<std:intval name=\"Type\">21</std:intval></std:typeval>\n"
+      "<std:typeval name=\"FrameDef\"><std:strval name=\"Name\">Circle</std:strval>"
+      "<std:intval name=\"Type\">3</std:intval></std:typeval>\n"
+      "</std:node>\n"
+      "<std:node name=\"Sizes\"><std:floatval>2.5</std:floatval><std:floatval>3.5</std:floatval>"
+      "</std:node>\n" +
+      Parameter("Ink", "colorval", "255 0 0") + Parameter("Version", "intval", "220"));
+}

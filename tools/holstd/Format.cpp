@@ -1,0 +1,111 @@
+#include "Format.h"
+
+#include <array>
+#include <cstdio>
+
+namespace {
+
+using Node = VyrAnnStandardXMLNode;
+using Value = VyrAnnStandardXMLValue;
+
+const char* TypeWord(Value::Type type) {
+  switch (type) {
+    case Value::ValueInt:
+      return "int";
+    case Value::ValueFloat:
+      return "float";
+    case Value::ValueString:
+      return "string";
+    case Value::ValueEnum:
+      return "enum";
+    case Value::ValueColor:
+      return "color";
+  }
+  return "unknown";
+}
+
+std::string Escape(const char* format, unsigned int code) {
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), format, code);
+  return text.data();
+}
+
+bool IsTextual(Value::Type type) {
+  return type == Value::ValueString || type == Value::ValueEnum;
+}
+
+}  // namespace
+
+std::string Printable(std::string_view text) {
+  std::string printable;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0;
+    if (byte == '\n') {
+      printable += "\\n";
+    } else if (byte == '\t') {
+      printable += "\\t";
+    } else if (byte < 0x20 || byte == 0x7F) {
+      printable += Escape("\\x%02X", byte);
+    } else if (byte == 0xC2 && next >= 0x80 && next <= 0x9F) {
+      // The second range of control characters.
+      printable += Escape("\\u%04X", next);
+      ++i;
+    } else {
+      printable += text[i];
+    }
+  }
+  return printable;
+}
+
+std::string Quoted(std::string_view text) {
+  return "'" + std::string(text) + "'";
+}
+
+std::string Joined(const std::vector<std::string>& words) {
+  std::string joined;
+  for (const std::string& word : words) joined += (joined.empty() ? "" : ", ") + word;
+  return joined;
+}
+
+std::string Counted(long count, std::string_view noun) {
+  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
+}
+
+const char* KindWord(Node::Type type) {
+  switch (type) {
+    case Node::NodeTop:
+      return "top";
+    case Node::NodePlain:
+      return "node";
+    case Node::NodeTypeDef:
+      return "typedef";
+    case Node::NodeEnum:
+      return "enum";
+    case Node::NodeInstance:
+      return "instance";
+  }
+  return "unknown";
+}
+
+const Value* WrappedValue(const Node& node) {
+  const bool isWrapper = node.GetNodeType() == Node::NodePlain && node.GetNodes().empty() &&
+                         node.GetValues().size() == 1;
+  return isWrapper ? node.GetValues().front().Get() : nullptr;
+}
+
+std::string ValueText(const Value& value) {
+  std::string text = TypeWord(value.GetType());
+  if (value.GetType() == Value::ValueEnum) text += "." + Printable(value.GetValueName().View());
+  const std::string content = Printable(value.GetValue().View());
+  text += IsTextual(value.GetType()) ? " \"" + content + "\"" : " " + content;
+  if (value.GetRangeVal() == 1) text += ", at least " + Printable(value.GetValueName().View());
+  return text;
+}
+
+void AddValueTo(Json& object, const Value& value) {
+  object["type"] = TypeWord(value.GetType());
+  object["value"] = value.GetValue().View();
+  if (value.GetType() == Value::ValueEnum) object["enumeration"] = value.GetValueName().View();
+  if (value.GetRangeVal() == 1) object["minimum"] = value.GetValueName().View();
+}

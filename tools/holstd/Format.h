@@ -1,0 +1,33 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "VyrAnnStandardXMLNode.h"
+#include "VyrAnnStandardXMLValue.h"
+
+// How the tool writes what a standard holds.
+
+using Json = nlohmann::ordered_json;
+
+/// `text` on one line and without anything that a terminal would obey.
+std::string Printable(std::string_view text);
+/// `text` between single quotes, as messages name things.
+std::string Quoted(std::string_view text);
+/// "a, b, c"
+std::string Joined(const std::vector<std::string>& words);
+/// "1 node", "2 nodes"
+std::string Counted(long count, std::string_view noun);
+
+/// "node", "instance", "typedef", "enum"; "top" for the three trees of a document.
+const char* KindWord(VyrAnnStandardXMLNode::Type type);
+
+/// The only value of a node that carries its parameter's name; null for any other node.
+const VyrAnnStandardXMLValue* WrappedValue(const VyrAnnStandardXMLNode& node);
+
+/// Type, text and qualifier of a value, as a line of a tree has them.
+std::string ValueText(const VyrAnnStandardXMLValue& value);
+/// The same as the members "type", "value" and, where they are known, "enumeration" and "minimum".
+void AddValueTo(Json& object, const VyrAnnStandardXMLValue& value);

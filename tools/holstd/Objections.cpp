@@ -1,0 +1,190 @@
+#include "Objections.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <vector>
+
+#include "Format.h"
+#include "Standard.h"
+
+namespace {
+
+using Node = VyrAnnStandardXMLNode;
+using Verb = VyrAnnStandardScript::Verb;
+using Document = VyrAnnStandardXMLParser;
+
+/// Cuts the field before the next ":" off `rest`; false when there is no further ":".
+bool CutField(std::string_view& rest, std::string_view& field) {
+  const std::size_t end = rest.find(':');
+  field = rest.substr(0, end);
+  rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
+  return end != std::string_view::npos;
+}
+
+std::string ObjectionToName(std::string_view name, const char* form) {
+  if (name.empty()) return std::string("the new node has no name; expected is ") + form;
+  if (name.find('.') == std::string_view::npos) return {};
+  return "the name " + Quoted(name) + " holds a '.', which separates names in paths";
+}
+
+std::string ObjectionToType(std::string_view type) {
+  constexpr std::array<std::string_view, 4> plain = {"int", "float", "string", "color"};
+  if (std::find(plain.begin(), plain.end(), type) != plain.end()) return {};
+  if (type.starts_with("enum.") && type.size() > 5) return {};
+  const std::size_t bound = type.starts_with("float.") ? type.find('.', 6) : type.npos;
+  if (bound != type.npos && bound + 1 < type.size()) return {};
+  return Quoted(type) +
+         " is no type; expected is int, float, string, color, enum.NAME or "
+         "float.UNIT.BOUND";
+}
+
+/// `count` is the number of elements that are there now.
+std::string ObjectionToPosition(std::string_view position, long count) {
+  if (position.empty()) return {};
+  std::string_view digits = position;
+  digits.remove_prefix(std::min(digits.find_first_not_of(" \t"), digits.size()));
+  if (digits.starts_with('+')) digits.remove_prefix(1);
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (error != std::errc()) {
+    return "the position " + Quoted(position) +
+           " is no number; expected is a place counted from 1, or 0 for the end";
+  }
+  if (number <= count) return {};
+  return "the position " + std::to_string(number) + " lies past the end, there are " +
+         Counted(count, "element") + "; 0 adds at the end";
+}
+
+std::string ObjectionToNode(Document& document, std::string_view text) {
+  std::string_view path;
+  std::string_view name;
+  CutField(text, path);
+  CutField(text, name);
+  const VyrAnnStandardXMLNode_var target(document.GetNodeWithPath(path));
+  if (!target) return MissingName(document, path);
+  if (std::string objection = ObjectionToName(name, "PATH:NAME, or PATH:NAME:POSITION");
+      !objection.empty()) {
+    return objection;
+  }
+  return ObjectionToPosition(text, target->GetNumOfNode());
+}
+
+/// Where `field` adds: the last child of the node before the path's last name.
+VyrAnnStandardXMLNode_var LastEntry(Document& document, std::string_view path,
+                                    std::string& objection) {
+  const std::size_t dot = path.rfind('.');
+  const std::string_view holder = path.substr(0, dot);
+  const VyrAnnStandardXMLNode_var list(document.GetNodeWithPath(holder));
+  if (dot == std::string_view::npos) {
+    objection = Quoted(path) + " names no entry; expected is the path of the entry last added";
+  } else if (!list) {
+    objection = MissingName(document, holder);
+  } else if (list->GetNodes().empty()) {
+    objection = Quoted(holder) + " has no entries yet; add one first, with 'instance' or 'node'";
+  } else {
+    return list->GetNodes().back();
+  }
+  return {};
+}
+
+std::string ObjectionToValue(Document& document, Verb verb, std::string_view text) {
+  constexpr const char* form = "PATH:NAME:TYPE:VALUE, or PATH:NAME:TYPE:VALUE:POSITION";
+  std::string_view path;
+  std::string_view name;
+  std::string_view type;
+  std::string_view value;
+  const bool hasType = CutField(text, path) && CutField(text, name);
+  CutField(text, type);
+  CutField(text, value);
+  if (!hasType) return std::string("fields are missing; expected is ") + form;
+
+  std::string objection;
+  const bool isField = verb == Verb::Field;
+  const VyrAnnStandardXMLNode_var target =
+      isField ? LastEntry(document, path, objection)
+              : VyrAnnStandardXMLNode_var(document.GetNodeWithPath(path));
+  if (!objection.empty()) return objection;
+  if (!target) return MissingName(document, path);
+
+  const bool isWrapped = !isField && path.substr(0, path.find('.')) == "Root" &&
+                         target->GetNodeType() != Node::NodeInstance;
+  if (!isWrapped && target->GetNodeType() == Node::NodeTop) {
+    return Quoted(path) + " holds nodes only; add the value to one of them";
+  }
+  if (isWrapped) objection = ObjectionToName(name, form);
+  if (objection.empty()) objection = ObjectionToType(type);
+  if (!objection.empty()) return objection;
+  return ObjectionToPosition(text, isWrapped ? target->GetNumOfNode() : target->GetNumOfValue());
+}
+
+std::string ObjectionToFieldName(const Node& node, std::string_view path, std::string_view text) {
+  const bool namesField = text.find(':') != std::string_view::npos;
+  const std::string_view field = text.substr(0, text.find(':'));
+  if (namesField && VyrAnnStandardXMLValue_var(node.GetValueByName(field))) return {};
+  if (node.GetValues().empty()) return Quoted(path) + " has no value; add one with 'value'";
+  return Quoted(path) + " has " + Counted(node.GetNumOfValue(), "value") +
+         (namesField ? ", none of them called " + Quoted(field) : std::string()) +
+         "; expected is PATH:FIELD:TEXT with the name of one of them";
+}
+
+std::string ObjectionToChange(Document& document, std::string_view text) {
+  std::string_view path;
+  if (!CutField(text, path)) {
+    return "the new text is missing; expected is PATH:TEXT, or PATH:FIELD:TEXT for one of several";
+  }
+  if (const VyrAnnStandardXMLNode_var node(document.GetNodeWithPath(path)); node) {
+    if (!node->GetNodes().empty()) {
+      return Quoted(path) + " has " + Counted(node->GetNumOfNode(), "child node") +
+             " and so no value to change; name one of them";
+    }
+    return node->GetNumOfValue() == 1 ? std::string() : ObjectionToFieldName(*node, path, text);
+  }
+  const std::size_t dot = path.find('.');
+  const VyrAnnStandardXMLNode_var top(document.GetNodeWithPath(path.substr(0, dot)));
+  if (top && dot != std::string_view::npos &&
+      VyrAnnStandardXMLValue_var(top->GetValueWithPath(path.substr(dot + 1)))) {
+    return {};
+  }
+  return MissingName(document, path);
+}
+
+std::string ObjectionToDelete(Document& document, std::string_view path) {
+  if (VyrAnnStandardXMLNode_var(document.GetNodeWithPath(path))) {
+    return path.find('.') != std::string_view::npos
+               ? std::string()
+               : Quoted(path) + " is a tree of the standard; delete what it holds";
+  }
+  const std::size_t dot = path.rfind('.');
+  if (dot != std::string_view::npos) {
+    const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(path.substr(0, dot)));
+    const std::string_view last = path.substr(dot + 1);
+    if (holder && (VyrAnnStandardXMLValue_var(holder->GetValueByName(last)) ||
+                   VyrAnnStandardXMLValue_var(holder->GetValueWithPath(last)))) {
+      return {};
+    }
+  }
+  return MissingName(document, path);
+}
+
+}  // namespace
+
+std::string ObjectionTo(Document& document, Verb verb, std::string_view text) {
+  switch (verb) {
+    case Verb::Node:
+    case Verb::Instance:
+      return ObjectionToNode(document, text);
+    case Verb::Value:
+    case Verb::Field:
+      return ObjectionToValue(document, verb, text);
+    case Verb::Change:
+      return ObjectionToChange(document, text);
+    case Verb::Delete:
+      return ObjectionToDelete(document, text);
+    case Verb::Each:
+    case Verb::EachNode:
+      break;
+  }
+  return {};
+}

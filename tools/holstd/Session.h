@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Failure.h"
+
+/// Standard output takes no more: nothing that follows can be told either.
+struct OutputLost {
+  std::string reason;
+};
+
+/// One run of the tool: its options for every subcommand, and where it writes. Data goes to
+/// standard output, in blocks, and throws `OutputLost`; talk goes to standard error.
+class Session {
+ public:
+  // Set from the command line.
+  bool isQuiet = false;
+  bool isVerbose = false;
+  std::string color = "auto";
+  std::vector<std::string> traces;
+
+  /// Puts the options into effect; call it once they are read.
+  void Begin();
+
+  void Print(std::string_view data);
+  void Flush();
+
+  /// Talk of what was done, a line each.
+  void Say(std::string_view text) const;
+  /// The same, for those who want every step.
+  void SayInDetail(std::string_view text) const;
+  void Complain(const Failure& failure) const;
+
+  enum class Paint { Good, Bad, Faint };
+  /// `text` as the terminal shows it in that colour; as it is when there are no colours.
+  std::string Painted(Paint paint, std::string_view text) const;
+
+ private:
+  void SwitchTraces() const;
+
+  bool hasColors_ = false;
+  std::string pending_;
+};
+
+/// Calls `visit` for every file, whatever happens to the others, and returns the worst status.
+/// Standard input can be one of them only.
+ExitStatus ForEachFile(Session& session, const std::vector<std::string>& files,
+                       const std::function<ExitStatus(const std::string& file)>& visit);

@@ -1,0 +1,172 @@
+#include "Standard.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <filesystem>
+#include <numeric>
+#include <utility>
+#include <vector>
+
+#include "Failure.h"
+#include "Format.h"
+#include "VyrDftStdPersistence.h"
+#include "VyrDrwParseStandard.h"
+
+namespace {
+
+const char* const kVersionPath = "Root.Version";
+
+/// The version that a document says it has when this tool is too old for it.
+std::optional<std::string> NewerVersion(VyrAnnStandardXMLParser& document) {
+  const VyrUnicodeString held = document.GetValueWithPath(kVersionPath);
+  std::string_view text = held.View();
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+  if (text.starts_with('+')) text.remove_prefix(1);
+  int version = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), version);
+  const bool isTooLarge = error == std::errc::result_out_of_range && !text.starts_with('-');
+  const bool isNewer = error == std::errc() && version > VyrDrwParseStandard::GetCurrentVersion();
+  if (!isTooLarge && !isNewer) return std::nullopt;
+  return std::string(text.data(), end);
+}
+
+void RefuseNewer(const std::string& file, VyrAnnStandardXMLParser& document) {
+  const std::optional<std::string> version = NewerVersion(document);
+  if (!version) return;
+  throw Failure{
+      kNewerFile, file, 0,
+      "the standard has the format version " + *version + "; this tool knows versions up to " +
+          std::to_string(VyrDrwParseStandard::GetCurrentVersion()) + ", so take a newer one"};
+}
+
+/// The parent standard, by the rule of the converter, which only reads files.
+std::string ParentOf(VyrAnnStandardXMLParser& document) {
+  const VyrUnicodeString name = document.GetValueWithPath("Root.Dimension.ParentStandard");
+  const VyrUnicodeString datumMode = document.GetValueWithPath("Root.Dimension.TXTDatumMode");
+  const bool isAsme = name.View() == "ANSI" && datumMode.View() == "1";
+  return isAsme ? "ASME" : std::string(name.View());
+}
+
+/// Number of letters to add, drop or exchange to make `b` of `a`.
+std::size_t Distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t exchanged = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = std::exchange(row[j + 1], std::min({exchanged, row[j] + 1, row[j + 1] + 1}));
+    }
+  }
+  return row[b.size()];
+}
+
+/// Helps who has misspelt a name in `holder`.
+std::string NearestName(const VyrAnnStandardXMLNode& holder, std::string_view name) {
+  constexpr std::size_t longestCompared = 64;
+  std::size_t least = name.size() > longestCompared ? 0 : name.size() / 3 + 2;
+  std::string nearest;
+  const auto compare = [&](std::string_view other) {
+    if (other.empty() || other.size() > name.size() + least) return;
+    const std::size_t distance = Distance(name, other);
+    if (distance >= least) return;
+    least = distance;
+    nearest = other;
+  };
+  for (const auto& child : holder.GetNodes()) compare(child->GetNodeName().View());
+  for (const auto& value : holder.GetValues()) compare(value->GetValueName().View());
+  if (!nearest.empty()) return "the nearest name is " + Quoted(nearest);
+  return "it holds " + Counted(holder.GetNumOfNode(), "node") + " and " +
+         Counted(holder.GetNumOfValue(), "value") + ", none of that name";
+}
+
+}  // namespace
+
+std::string ReadStandardInput() {
+  std::string text;
+  std::array<char, 65536> block;
+  for (;;) {
+    const ssize_t got = ::read(STDIN_FILENO, block.data(), block.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) {
+      throw Failure{kInvalidInput, "-", 0, std::string("cannot be read: ") + std::strerror(errno)};
+    }
+    if (got == 0) return text;
+    text.append(block.data(), static_cast<std::size_t>(got));
+  }
+}
+
+Standard ReadStandard(const std::string& file) {
+  Standard standard;
+  standard.file = file;
+  const bool isInput = file == "-";
+  const int result = isInput ? standard.document.DecodeXML(ReadStandardInput(), 0)
+                             : standard.document.DecodeXML(file, 1);
+  // A newer format may have elements that this one refuses: the version tells more than they do.
+  RefuseNewer(file, standard.document);
+  if (result != 0) {
+    const VyrProblem problem = standard.document.GetProblem();
+    throw Failure{kInvalidInput, file, problem.line,
+                  problem.IsEmpty() ? "is no XML standard" : std::string(problem.text.View())};
+  }
+  standard.parent = ParentOf(standard.document);
+  standard.version = standard.document.GetVersion();
+  return standard;
+}
+
+std::string VersionProblem(VyrAnnStandardXMLParser& document) {
+  std::vector<std::string> known;
+  for (int version = 0; version <= VyrDftStdPersistence::GetCurrentVersion(); ++version) {
+    if (VyrDftStdPersistence::CheckExplicitVersionNumberIsValid(version) != 0) {
+      known.push_back(std::to_string(version));
+    }
+  }
+  const VyrUnicodeString held = document.GetValueWithPath(kVersionPath);
+  return std::string("the format version cannot be told: ") + kVersionPath + " holds " +
+         (held.IsEmpty() ? "nothing readable" : Quoted(held.View())) +
+         "; it would hold one int among " + Joined(known);
+}
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return std::filesystem::equivalent(a, b, error) && !error;
+}
+
+std::optional<Found> FindAt(VyrAnnStandardXMLParser& document, std::string_view path) {
+  if (VyrAnnStandardXMLNode_var node(document.GetNodeWithPath(path)); node) {
+    return Found{std::move(node), {}};
+  }
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos) return std::nullopt;
+  const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(path.substr(0, dot)));
+  if (!holder) return std::nullopt;
+  VyrAnnStandardXMLValue_var value(holder->GetValueByName(path.substr(dot + 1)));
+  if (!value) return std::nullopt;
+  return Found{{}, std::move(value)};
+}
+
+std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path) {
+  std::size_t end = path.find('.');
+  VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(path.substr(0, end)));
+  if (!holder) {
+    return Quoted(path.substr(0, end)) +
+           " is no tree of a standard; a path begins with Root, Enum or TypeDef";
+  }
+  while (end != std::string_view::npos) {
+    const std::string_view rest = path.substr(end + 1);
+    const std::string_view name = rest.substr(0, rest.find('.'));
+    VyrAnnStandardXMLNode_var next(holder->GetNodeByName(name));
+    if (!next) {
+      return "there is no " + Quoted(name) + " in " + Quoted(path.substr(0, end)) + "; " +
+             NearestName(*holder, name);
+    }
+    holder = std::move(next);
+    end = path.find('.', end + 1);
+  }
+  return Quoted(path) + " has nothing of the kind";
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "VyrAnnStandardXMLParser.h"
+
+/// An XML standard that was read.
+struct Standard {
+  std::string file;  ///< "-" for standard input
+  VyrAnnStandardXMLParser document;
+  std::string parent;  ///< parent standard; empty when the standard does not say
+  int version = 0;     ///< format version; -1 when it cannot be told
+};
+
+/// Reads an XML standard, "-" from standard input. Throws `Failure`.
+Standard ReadStandard(const std::string& file);
+/// All of standard input. Throws `Failure`.
+std::string ReadStandardInput();
+
+/// Says why the version of a document cannot be told, and what would be right.
+std::string VersionProblem(VyrAnnStandardXMLParser& document);
+
+/// True when both paths lead to the same file.
+bool IsSameFile(const std::string& a, const std::string& b);
+
+/// A node at a path, else the value that the path's last name names in the node before it.
+struct Found {
+  VyrAnnStandardXMLNode_var node;
+  VyrAnnStandardXMLValue_var value;
+};
+/// `path` begins with the name of a tree. Nothing when there is neither.
+std::optional<Found> FindAt(VyrAnnStandardXMLParser& document, std::string_view path);
+/// Says which name of a path that leads nowhere is the first that does not exist.
+std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path);

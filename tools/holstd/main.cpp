@@ -1,0 +1,120 @@
+#include <array>
+#include <csignal>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Failure.h"
+#include "Format.h"
+#include "Session.h"
+#include "Subcommands.h"
+#include "VyrDrwParseStandard.h"
+#include "VyrUtf8.h"
+
+namespace {
+
+struct Row {
+  const char* name;
+  const char* summary;
+  Action (*registerOn)(CLI::App& command);
+};
+
+constexpr std::array<Row, 6> kSubcommands = {{
+    {"convert", "Makes an XML standard of an old-generation text", &Convert::Register},
+    {"info", "Tells what standards are: parent, format version, counts", &Info::Register},
+    {"get", "Prints one value", &Get::Register},
+    {"tree", "Prints what a standard holds, a line for each node or value", &Tree::Register},
+    {"edit", "Changes a standard by path commands", &Edit::Register},
+    {"check", "Checks that standards are valid", &Check::Register},
+}};
+
+const char* const kFooter =
+    "Exit status: 0 done, 1 a negative answer (not found, not valid), 2 usage, 3 unreadable or\n"
+    "invalid input, 4 could not write, 5 a decision is needed, 6 the file is newer than this tool\n"
+    "\n"
+    "Examples:\n"
+    "  holstd convert standards/legacy/ISO.txt -o ISO.xml\n"
+    "  holstd get ISO.xml Dimension.ParentStandard\n"
+    "  holstd edit ISO.xml -o site.xml -c 'change Root.Dimension.DIMLTail:12.5'\n"
+    "  holstd COMMAND --help";
+
+void AddOptionsOfAllCommands(CLI::App& app, Session& session) {
+  app.add_flag("-q,--quiet", session.isQuiet, "Say nothing but what went wrong");
+  app.add_flag("-v,--verbose", session.isVerbose, "Say every step, and what the library reports");
+  app.add_option("--trace", session.traces, "Show a trace channel of the library; may be repeated")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  app.add_option("--color", session.color, "Colours: auto (on a terminal), always or never")
+      ->type_name("WHEN")
+      ->check(CLI::IsMember({"auto", "always", "never"}));
+  app.set_version_flag("--version", std::string("holstd " HOLSTD_VERSION ", standard format ") +
+                                        std::to_string(VyrDrwParseStandard::GetCurrentVersion()));
+}
+
+void RefuseInvalidText(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    if (VyrFindInvalidUtf8(argv[i]) == std::string::npos) continue;
+    throw Failure{kUsage, "", 0,
+                  "argument " + std::to_string(i) + " is not UTF-8 text; arguments would be"};
+  }
+}
+
+/// What is wrong with the command line, in one sentence.
+std::string UsageProblem(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<std::string> rest = app.remaining();
+  if (!app.get_subcommands().empty() || rest.empty()) return error.what();
+  std::vector<std::string> names;
+  for (const Row& row : kSubcommands) names.emplace_back(row.name);
+  return Quoted(rest.front()) + " is no command; there are " + Joined(names);
+}
+
+/// Reads the command line and runs the subcommand it names.
+ExitStatus Run(int argc, char** argv, Session& session) {
+  RefuseInvalidText(argc, argv);
+  CLI::App app("Works with drafting standards.", "holstd");
+  app.require_subcommand(1)->footer(kFooter);
+  AddOptionsOfAllCommands(app, session);
+  std::vector<std::pair<CLI::App*, Action>> actions;
+  for (const Row& row : kSubcommands) {
+    CLI::App* command = app.add_subcommand(row.name, row.summary)->fallthrough();
+    actions.emplace_back(command, row.registerOn(*command));
+  }
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    session.Print(app.help());
+    return kDone;
+  } catch (const CLI::CallForVersion& version) {
+    session.Print(std::string(version.what()) + "\n");
+    return kDone;
+  } catch (const CLI::ParseError& error) {
+    throw Failure{kUsage, "", 0, UsageProblem(app, error) + "; see holstd --help"};
+  }
+  session.Begin();
+  for (const auto& [command, action] : actions) {
+    if (command->parsed()) return action(session);
+  }
+  return kUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // A reader that goes away is told like a full disk, not by a signal.
+  std::signal(SIGPIPE, SIG_IGN);
+  Session session;
+  try {
+    ExitStatus status = kDone;
+    try {
+      status = Run(argc, argv, session);
+    } catch (const Failure& failure) {
+      session.Complain(failure);
+      status = failure.status;
+    }
+    session.Flush();
+    return status;
+  } catch (const OutputLost& lost) {
+    session.Complain({kNotWritten, "standard output", 0, "cannot be written: " + lost.reason});
+    return kNotWritten;
+  }
+}
