@@ -11,7 +11,8 @@ struct Ratio {
   std::string what;
   std::string measured;  // name of a benchmark
   std::string peer;
-  double most;  // what we promise; 0 promises nothing
+  double most;           // what we promise; 0 promises nothing
+  double sizeRatio = 1;  // how much more there was to do than in the peer
 };
 
 /// The ratios that the benchmark files ask for.
@@ -23,7 +24,10 @@ class RatioReporter : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override;
   /// One line per ratio, with its promise and whether it was kept.
   void PrintRatios() const;
+  /// True when a benchmark could not do its work.
+  bool HasFailed() const { return hasFailed_; }
 
  private:
   std::map<std::string, double> medians_;
+  bool hasFailed_ = false;
 };

@@ -112,6 +112,13 @@ void WriteAndSync(benchmark::State& state, const std::string& text, const std::s
     Ratios().push_back({"save to a file " + name + " / write and fsync of the same bytes",
                         "save_" + name, "write_and_fsync_" + name, 0});
   }
+  const auto& [little, large] = SampleDocuments();
+  const double growth =
+      static_cast<double>(large.text.size()) / static_cast<double>(little.text.size());
+  for (const std::string what : {"decode", "encode"}) {
+    Ratios().push_back({what + " a byte of " + large.name + " / a byte of " + little.name,
+                        what + "_" + large.name, what + "_" + little.name, 2.0, growth});
+  }
   return true;
 }();
 

@@ -13,6 +13,7 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
   ConsoleReporter::ReportRuns(runs);
   for (const Run& run : runs) {
     const bool isMedian = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
+    if (run.error_occurred) hasFailed_ = true;
     if (isMedian) medians_[run.run_name.function_name] = run.GetAdjustedRealTime();
   }
 }
@@ -23,8 +24,11 @@ void RatioReporter::PrintRatios() const {
   for (const Ratio& ratio : Ratios()) {
     const auto measured = medians_.find(ratio.measured);
     const auto peer = medians_.find(ratio.peer);
-    if (measured == medians_.end() || peer == medians_.end()) continue;
-    const double value = measured->second / peer->second;
+    if (measured == medians_.end() || peer == medians_.end()) {
+      std::printf("%-58s %9s\n", ratio.what.c_str(), "not run");
+      continue;
+    }
+    const double value = measured->second / peer->second / ratio.sizeRatio;
     std::printf("%-58s %9.3f ", ratio.what.c_str(), value);
     if (ratio.most > 0) {
       std::printf("%9.2f  %s\n", ratio.most, value <= ratio.most ? "kept" : "NOT KEPT");
@@ -58,5 +62,5 @@ int main(int argc, char** argv) {
   reporter.PrintRatios();
   PrintMemoryRatios();
   benchmark::Shutdown();
-  return 0;
+  return reporter.HasFailed() ? 1 : 0;
 }

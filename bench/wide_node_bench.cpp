@@ -59,7 +59,31 @@ void AppendAndFind(benchmark::State& state, int count, Order order) {
   }
 }
 
+/// Changes each of `count` fields of an instance by its name. An iteration is one change.
+void ChangeFields(benchmark::State& state, int count) {
+  VyrAnnStandardXMLParser document;
+  document.AddNodeWithPath("Root:Wide", 1);
+  for (int i = 0; i < count; ++i) {
+    document.AddValueWithPath(std::string_view(Command("Root.Wide:F", i, ":int:1:0,")), 1);
+  }
+  while (state.KeepRunningBatch(count)) {
+    for (int i = 0; i < count; ++i) {
+      if (document.ChangeValueWithPath(std::string_view(Command("Root.Wide:F", i, ":2"))) != 0) {
+        state.SkipWithError("a field was not found");
+      }
+    }
+  }
+}
+
 [[maybe_unused]] const bool registered = [] {
+  for (const int count : {1'000, 100'000}) {
+    const std::string name = "change_fields_" + std::to_string(count);
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+      ChangeFields(state, count);
+    })->Unit(benchmark::kNanosecond);
+  }
+  Ratios().push_back({"change a field, one of 100000 / one of 1000", "change_fields_100000",
+                      "change_fields_1000", 2.0});
   for (const Order order : {Order::AsAppended, Order::Shuffled}) {
     const std::string how = order == Order::AsAppended ? "in_order" : "shuffled";
     for (const int count : {1'000, 100'000, 1'000'000}) {

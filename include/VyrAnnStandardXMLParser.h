@@ -10,9 +10,6 @@
 #include "VyrResult.h"
 #include "VyrUnicodeString.h"
 
-struct ValueCommand;
-struct ValueTypeField;
-
 /// A drafting standard in memory: the parameters ("Root"), the enumerations ("Enum") and the
 /// compound types ("TypeDef"), built and edited by path commands.
 ///
@@ -32,8 +29,8 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLParser {
   VyrAnnStandardXMLParser& operator=(const VyrAnnStandardXMLParser&) = default;
   ~VyrAnnStandardXMLParser() = default;
 
-  /// "Path:Name[:Pos]": adds a child node. Below "Enum" it is an enumeration, below "TypeDef" a
-  /// compound type, elsewhere an instance when `instance` is not 0, else a plain node.
+  /// "Path:Name[:Pos]": adds a child node. Directly in "Enum" it is an enumeration, directly in
+  /// "TypeDef" a compound type, elsewhere an instance when `instance` is not 0, else a plain node.
   int AddNodeWithPath(VyrUnicodeView command, int instance);
   /// "Path:Name:Type:Value[:Pos]": adds a value. Type is "int", "float", "string", "color",
   /// "enum." and the enumeration, or "float.", a unit, "." and the lower bound. Below "Root" the
@@ -77,9 +74,6 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLParser {
 
  private:
   VyrAnnStandardXMLNode* GetStartNodeWithPath(std::string_view path, std::string_view& rest) const;
-  VyrAnnStandardXMLNode_var FindTarget(std::string_view path, int occurrence) const;
-  static int PutValue(VyrAnnStandardXMLNode& target, const ValueCommand& command,
-                      const ValueTypeField& type, bool mayWrap);
   HRESULT GetExplicitVersion(int& version);
   HRESULT IsVersioned(int release);
 

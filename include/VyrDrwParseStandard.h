@@ -35,7 +35,8 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   void Decode();
   /// Reads the file as a text standard of the old generation, once: then decoded, of version 0 and
   /// without a document. `E_FAIL`, and nothing is kept, when the text is not valid; `GetProblem`
-  /// says why. `E_UNEXPECTED`, reported, when the object has read something already.
+  /// says why. `E_UNEXPECTED`, reported, once the object has decoded a file or tried to by
+  /// `Decode`.
   HRESULT DecodeText();
   /// Why the last read or write failed; empty when it did not.
   const VyrProblem& GetProblem() const { return problem_; }

@@ -6,4 +6,5 @@ cd "$(dirname "$0")/.."
 
 require_packages clang-format
 say "checking the format"
-git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
+find include platform src tools tests bench -name '*.cpp' -o -name '*.h' |
+  xargs clang-format --dry-run --Werror

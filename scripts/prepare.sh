@@ -27,7 +27,7 @@ require_packages() {
   [ -z "$missing" ] && return 0
   if [ "$(id -u)" -eq 0 ]; then
     as_root="env"
-  elif command -v sudo >/dev/null && sudo -n true 2>/dev/null; then
+  elif command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [ -t 0 ]; }; then
     as_root="sudo env"
   else
     fail "missing packages; install them as root: apt-get install $missing"
@@ -44,12 +44,13 @@ require_packages() {
   rm -f "$log"
 }
 
-# build_preset NAME: configures and builds, quietly unless it fails.
+# build_preset NAME: configures, with HOL_CMAKE_OPTIONS, and builds, quietly unless it fails.
 build_preset() {
   local log
   say "building ($1)"
   log=$(mktemp)
-  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+  if ! { cmake --preset "$1" ${HOL_CMAKE_OPTIONS:-} && cmake --build --preset "$1"; } \
+       >"$log" 2>&1; then
     tail -n 60 "$log" >&2
     rm -f "$log"
     fail "the build failed (preset $1)"

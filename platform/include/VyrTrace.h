@@ -12,9 +12,9 @@
 class HOLSTANDARDINFRA_EXPORT VyrTrace {
  public:
   /// `name`, `title` and `destination` must outlive the process. Lines go to `destination`
-  /// ("STDERR": the trace sink) and are cut at `lineSize` bytes, their end included.
+  /// ("STDERR": the trace sink) and are cut at `lineSize` bytes, their end included; 0: never.
   VyrTrace(const char* name, const char* title, int level = 0, const char* destination = "STDERR",
-           int lineSize = 1024);
+           int lineSize = 0);
   VyrTrace(const VyrTrace&) = delete;
   VyrTrace& operator=(const VyrTrace&) = delete;
   ~VyrTrace();

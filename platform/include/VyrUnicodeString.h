@@ -12,7 +12,7 @@
 /// The application's text value: every name, path and value text. Holds UTF-8.
 ///
 /// Lengths and positions are counted in UTF-16 code units, as drafting applications count
-/// characters; for ASCII text they equal bytes and cost nothing to convert.
+/// characters; for ASCII text they equal bytes, which is told by one quick look at it.
 class HOLSTANDARDINFRA_EXPORT VyrUnicodeString {
  public:
   VyrUnicodeString() = default;

@@ -54,7 +54,7 @@ class HOLSTANDARDINFRA_EXPORT VyrXMLTree {
     const Index next = items_[item].end;
     return item != kDocument && next < items_[items_[item].parent].end ? next : kNone;
   }
-  /// 1-based line on which the item begins (for text: ends).
+  /// 1-based line on which the item ends; for an element, on which its start tag ends.
   int GetLine(Index item) const { return static_cast<int>(items_[item].line); }
   /// Identifier of an element's or a processing instruction's name.
   std::uint32_t GetNameId(Index item) const { return items_[item].name; }

@@ -28,7 +28,7 @@ class HOLSTANDARDINFRA_EXPORT VyrXMLWriter {
   [[nodiscard]] bool AddText(std::string_view text);
   void EndElement();
 
-  /// The document, complete once every element has ended; the writer is empty afterwards.
+  /// The document, complete once every element has ended; the writer is used up then.
   std::string TakeText();
 
   /// Byte offset of the first character of `text` that XML cannot hold, or `npos`.

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <utility>
 
 #include "VyrFiles.h"
 #include "VyrXMLReader.h"

@@ -11,9 +11,15 @@
 #include <filesystem>
 #include <utility>
 
+#include "VyrUtf8.h"
+
 namespace {
 
 namespace fs = std::filesystem;
+
+// More is no standard; an endless file must not take all memory before it is refused.
+constexpr std::size_t kMostBytesOfFile = (std::size_t{1} << 31) - 1;
+constexpr const char* kTooLarge = "is larger than 2 GB; no standard is";
 
 std::string LastError() {
   return std::strerror(errno);
@@ -66,7 +72,12 @@ class TemporaryFile {
 
   static std::string NewPath(const std::string& target) {
     static std::atomic<unsigned> serial{0};
-    return target + "." + std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
+    const fs::path path = target;
+    // A name may fill all that the file system allows; what is added must still fit.
+    constexpr std::size_t mostOfName = 200;
+    const std::string name = path.filename().string();
+    return (path.parent_path() / VyrCutUtf8(name, mostOfName)).string() + "." +
+           std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
   }
   static Descriptor Open(const std::string& path) {
     return Descriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
@@ -87,20 +98,22 @@ bool WriteAll(int file, std::string_view content) {
   return true;
 }
 
-bool ReadAll(int file, std::size_t sizeHint, std::string& content) {
+/// Reads to the end; what went wrong, or nothing.
+std::string ReadAll(int file, std::size_t sizeHint, std::string& content) {
   constexpr std::size_t leastBlock = 65536;
   std::size_t size = 0;
   content.resize(sizeHint + 1);
   for (;;) {
+    if (size > kMostBytesOfFile) return kTooLarge;
     if (size == content.size()) content.resize(size + std::max(size, leastBlock));
     const ssize_t got = ::read(file, content.data() + size, content.size() - size);
     if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return false;
+    if (got < 0) return "cannot be read: " + LastError();
     if (got == 0) break;
     size += static_cast<std::size_t>(got);
   }
   content.resize(size);
-  return true;
+  return {};
 }
 
 /// The file that a chain of symbolic links leads to, whether it exists yet or not; empty when the
@@ -126,10 +139,19 @@ std::string WriteThrough(const std::string& target, std::string_view content) {
   return {};
 }
 
-std::string ReplaceFile(const std::string& target, const mode_t* mode, std::string_view content) {
+/// Gives a new file the owner and the permissions of the one that it replaces. Only root may give a
+/// file away, so the owner is kept where that is allowed; permissions are kept always.
+bool TakeOver(int file, const struct stat& replaced) {
+  if (::fchown(file, replaced.st_uid, replaced.st_gid) != 0 && errno != EPERM) return false;
+  return ::fchmod(file, replaced.st_mode & 07777) == 0;
+}
+
+/// `replaced` is the status of the file there, null when there is none.
+std::string ReplaceFile(const std::string& target, const struct stat* replaced,
+                        std::string_view content) {
   TemporaryFile temporary(target);
   Descriptor& file = temporary.File();
-  if (!file.IsOpen() || (mode != nullptr && ::fchmod(file.Get(), *mode & 07777) != 0) ||
+  if (!file.IsOpen() || (replaced != nullptr && !TakeOver(file.Get(), *replaced)) ||
       !WriteAll(file.Get(), content) || ::fsync(file.Get()) != 0 || !file.Close() ||
       !temporary.RenameTo(target)) {
     return "cannot be written: " + LastError();
@@ -170,23 +192,26 @@ std::string VyrReadFile(VyrUnicodeView path, std::string& content) {
   struct stat status {};
   if (::fstat(file.Get(), &status) != 0) return "cannot be read: " + LastError();
   if (S_ISDIR(status.st_mode)) return "is a folder, not a file";
+  if (status.st_size > static_cast<off_t>(kMostBytesOfFile)) return kTooLarge;
   std::string read;
   const auto sizeHint = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
-  if (!ReadAll(file.Get(), sizeHint, read)) return "cannot be read: " + LastError();
-  content = std::move(read);
-  return {};
+  std::string problem = ReadAll(file.Get(), sizeHint, read);
+  if (problem.empty()) content = std::move(read);
+  return problem;
 }
 
 std::string VyrSaveFile(VyrUnicodeView path, std::string_view content) {
   if (path.empty()) return "no file name is given";
-  const std::string target = LinkTarget(VyrNativePath(path));
-  if (target.empty()) return "cannot be written: too many symbolic links";
+  const std::string native = VyrNativePath(path);
   struct stat status {};
-  const bool exists = ::stat(target.c_str(), &status) == 0;
+  const bool exists = ::stat(native.c_str(), &status) == 0;
   if (exists && S_ISDIR(status.st_mode)) return "is a folder, not a file";
-  if (exists && !S_ISREG(status.st_mode)) return WriteThrough(target, content);
+  // Before links are followed by hand: those of /dev lead to names that only the kernel knows.
+  if (exists && !S_ISREG(status.st_mode)) return WriteThrough(native, content);
+  const std::string target = LinkTarget(native);
+  if (target.empty()) return "cannot be written: too many symbolic links";
   if (exists && ::access(target.c_str(), W_OK) != 0) return "cannot be written: " + LastError();
-  const std::string problem = ReplaceFile(target, exists ? &status.st_mode : nullptr, content);
+  const std::string problem = ReplaceFile(target, exists ? &status : nullptr, content);
   if (!problem.empty()) return problem;
   const std::string folder = fs::path(target).parent_path();
   SyncDirectory(folder.empty() ? "." : folder);

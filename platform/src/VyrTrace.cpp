@@ -40,17 +40,18 @@ std::string VyrTrace::Indentation() {
 
 void VyrTrace::Print(const char* format, ...) {
   if (!IsOn()) return;
-  std::string line(static_cast<std::size_t>(lineSize_), '\0');
   std::va_list arguments;
   va_start(arguments, format);
-  const int length = std::vsnprintf(line.data(), line.size(), format, arguments);
+  std::va_list again;
+  va_copy(again, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, arguments);
   va_end(arguments);
-  if (length < 0) return;
-  const std::size_t capacity = line.size() - 1;
-  const bool isCut = static_cast<std::size_t>(length) > capacity;
-  line.resize(std::min(static_cast<std::size_t>(length), capacity));
-  if (isCut) {
-    line.resize(VyrCutUtf8(line, capacity - 1).size());
+  std::string line(static_cast<std::size_t>(std::max(length, 0)), '\0');
+  std::vsnprintf(line.data(), line.size() + 1, format, again);
+  va_end(again);
+  const auto most = static_cast<std::size_t>(std::max(lineSize_ - 1, 0));
+  if (lineSize_ > 0 && line.size() > most) {
+    line.resize(VyrCutUtf8(line, most - 1).size());
     line += '\n';
   }
   VyrTraceOutput(line);

@@ -14,11 +14,19 @@ int UnitsBegunBy(char byte) {
   return value >= 0xF0 ? 2 : 1;
 }
 
+/// Looks at eight bytes at a time: nearly all names and values of a standard are ASCII.
 bool IsAscii(std::string_view text) {
+  while (text.size() >= sizeof(std::uint64_t)) {
+    std::uint64_t block = 0;
+    std::memcpy(&block, text.data(), sizeof block);
+    if ((block & 0x8080808080808080u) != 0) return false;
+    text.remove_prefix(sizeof block);
+  }
   return std::none_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; });
 }
 
 int CountUnits(std::string_view text) {
+  if (IsAscii(text)) return static_cast<int>(text.size());
   int units = 0;
   for (char byte : text) units += UnitsBegunBy(byte);
   return units;
@@ -90,6 +98,7 @@ std::size_t VyrUnicodeString::ByteOffset(int position) const {
 }
 
 int VyrUnicodeString::Find(VyrUnicodeView text, int from) const {
+  if (from > GetLength()) return -1;
   const std::size_t found = text_.find(text, ByteOffset(from));
   if (found == std::string::npos) return -1;
   return CountUnits(std::string_view(text_).substr(0, found));
@@ -108,7 +117,8 @@ void VyrUnicodeString::Insert(int position, VyrUnicodeView text) {
 }
 
 unsigned short* VyrUnicodeString::NewUtf16Copy() const {
-  auto* copy = new unsigned short[static_cast<std::size_t>(GetLength()) + 1];
+  // No character takes more units than bytes, which holds for ill-formed text too.
+  auto* copy = new unsigned short[text_.size() + 1];
   std::size_t unit = 0;
   for (std::size_t i = 0; i < text_.size();) {
     const std::uint32_t code = NextCodePoint(text_, i);

@@ -10,6 +10,8 @@
 #include <memory>
 #include <string>
 
+#include "VyrQuietXML.h"
+#include "VyrUtf8.h"
 #include "VyrXMLTreeBuilder.h"
 
 namespace {
@@ -18,6 +20,8 @@ namespace {
 // standard uses entities for a few symbols; more is an attack on memory.
 constexpr std::size_t kFreeExpansion = std::size_t{1} << 20;
 constexpr std::size_t kExpansionFactor = 8;
+constexpr const char* kOutOfProportion =
+    " expands out of proportion to the file; write the text out";
 
 struct ContextDeleter {
   void operator()(xmlParserCtxt* context) const {
@@ -50,6 +54,10 @@ class Reader {
   }
 
   bool Finish(bool isWellFormed) {
+    // The parser takes a zero byte, and half a character at the end, for the end of the document.
+    if (isWellFormed && !IsAllRead()) {
+      Refuse(Line(), "not well-formed XML: cut off by a zero byte or by half a character");
+    }
     if (isWellFormed && problem_.IsEmpty()) {
       builder_.EndDocument();
       return true;
@@ -110,12 +118,20 @@ class Reader {
   }
 
   static void OnStartElement(void* self, const xmlChar* localName, const xmlChar* prefix,
-                             const xmlChar* uri, int, const xmlChar**, int attributeCount, int,
-                             const xmlChar** attributes) {
+                             const xmlChar* uri, int, const xmlChar**, int attributeCount,
+                             int defaultedCount, const xmlChar** attributes) {
     Reader& reader = Of(self);
     reader.builder_.StartElement({Narrow(localName), Narrow(prefix), Narrow(uri)}, reader.Line());
     for (int i = 0; i < attributeCount; ++i, attributes += 5) {
       const auto size = static_cast<int>(attributes[4] - attributes[3]);
+      // Values that the type declaration adds come last; they expand the document as entities do.
+      const bool isDefault = i >= attributeCount - defaultedCount;
+      if (isDefault &&
+          !reader.Spend(sizeof(VyrXMLTree::Attribute) + static_cast<std::size_t>(size))) {
+        return reader.Refuse(reader.Line(), "default value of attribute '" +
+                                                std::string(View(attributes[0])) + "'" +
+                                                kOutOfProportion);
+      }
       reader.builder_.AddAttribute(
           {Narrow(attributes[0]), Narrow(attributes[1]), Narrow(attributes[2])},
           View(attributes[3], size));
@@ -124,11 +140,16 @@ class Reader {
   }
 
   static void OnError(void* self, xmlError* error) {
-    if (error->level < XML_ERR_ERROR) return;
+    // A namespace is a name like any other, whether or not it is a well-formed address.
+    if (error->level < XML_ERR_ERROR || error->code == XML_WAR_NS_URI) return;
     std::string text = error->message == nullptr ? "not well formed" : error->message;
     while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
     std::replace(text.begin(), text.end(), '\n', ' ');
-    Of(self).Refuse(error->line, "not well-formed XML: " + text);
+    // The library cuts long messages anywhere, inside a character too.
+    text.resize(std::min(VyrFindInvalidUtf8(text), text.size()));
+    Reader& reader = Of(self);
+    const int line = reader.Line();
+    reader.Refuse(line == 0 ? error->line : line, "not well-formed XML: " + text);
   }
 
   /// Lets the parser use an entity, or stops it. Asked once for every reference that is replaced,
@@ -142,13 +163,23 @@ class Reader {
       Refuse(Line(), name + " lies outside the file; a standard must be complete in itself");
       return nullptr;
     }
-    const auto cost = static_cast<std::size_t>(entity->length) + 1;
-    if (cost > expansionLeft_) {
-      Refuse(Line(), name + " expands out of proportion to the file; write the text out");
+    if (!Spend(static_cast<std::size_t>(entity->length) + 1)) {
+      Refuse(Line(), name + kOutOfProportion);
       return nullptr;
     }
-    expansionLeft_ -= cost;
     return entity;
+  }
+
+  bool Spend(std::size_t expansion) {
+    if (expansion > expansionLeft_) return false;
+    expansionLeft_ -= expansion;
+    return true;
+  }
+
+  bool IsAllRead() const {
+    const xmlParserInput* input = context_->input;
+    if (input == nullptr || input->cur != input->end) return false;
+    return input->buf == nullptr || input->buf->raw == nullptr || xmlBufUse(input->buf->raw) == 0;
   }
 
   void StopWhenTooLarge() {
@@ -161,7 +192,8 @@ class Reader {
     xmlStopParser(context_);
   }
 
-  int Line() const { return context_->input == nullptr ? 0 : context_->input->line; }
+  /// The line of the document itself: inside an entity, the line that refers to it.
+  int Line() const { return context_->inputNr == 0 ? 0 : context_->inputTab[0]->line; }
 
   xmlParserCtxt* context_;
   VyrXMLTreeBuilder builder_;
@@ -183,13 +215,15 @@ bool VyrReadXML(std::string_view document, const char* encoding, VyrXMLTree& tre
     return false;
   }
   xmlInitParser();
+  const VyrQuietXML quiet;
   const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
   Reader reader(context.get(), tree, document.size(), problem);
-  constexpr int options = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_HUGE;
+  const int options = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_HUGE |
+                      (encoding == nullptr ? 0 : XML_PARSE_IGNORE_ENC);
   xmlDoc* declarations =
       xmlCtxtReadMemory(context.get(), document.data(), static_cast<int>(document.size()), nullptr,
                         encoding, options);
-  const bool isWellFormed = declarations != nullptr && context->nsWellFormed == 1;
+  const bool isWellFormed = declarations != nullptr;
   if (declarations != nullptr) xmlFreeDoc(declarations);
   return reader.Finish(isWellFormed);
 }

@@ -44,10 +44,12 @@ ByteUse UseOf(char byte) {
   return kByteUse[static_cast<unsigned char>(byte)];
 }
 
+/// Characters that cannot be written at all are the caller's to refuse, and stay as they are.
 void AppendEscaped(std::string& out, std::string_view text, ByteUse leastEscaped) {
   std::size_t plainFrom = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (UseOf(text[i]) < leastEscaped) continue;
+    const ByteUse use = UseOf(text[i]);
+    if (use < leastEscaped || use == ByteUse::Unwritable) continue;
     out.append(text, plainFrom, i - plainFrom);
     out.append(EscapeOf(text[i]));
     plainFrom = i + 1;
@@ -120,13 +122,15 @@ std::string VyrXMLWriter::TakeText() {
 
 std::size_t VyrXMLWriter::FindUnwritable(std::string_view text) {
   bool isAscii = true;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (UseOf(text[i]) == ByteUse::Unwritable) return i;
-    isAscii = isAscii && (text[i] & 0x80) == 0;
+  std::size_t control = 0;
+  for (; control < text.size() && UseOf(text[control]) != ByteUse::Unwritable; ++control) {
+    isAscii = isAscii && (text[control] & 0x80) == 0;
   }
-  if (isAscii) return std::string_view::npos;
+  const std::size_t first = control < text.size() ? control : std::string_view::npos;
+  if (isAscii) return first;
   // U+FFFE and U+FFFF are well-formed UTF-8 but no XML characters.
-  return std::min({VyrFindInvalidUtf8(text), text.find("\xEF\xBF\xBE"), text.find("\xEF\xBF\xBF")});
+  return std::min(
+      {first, VyrFindInvalidUtf8(text), text.find("\xEF\xBF\xBE"), text.find("\xEF\xBF\xBF")});
 }
 
 std::string VyrXMLWriter::Escape(std::string_view text) {

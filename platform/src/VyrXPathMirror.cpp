@@ -4,10 +4,12 @@
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 
 #include "VyrDOMDocument.h"
+#include "VyrQuietXML.h"
 
 namespace {
 
@@ -35,6 +37,8 @@ class MirrorBuilder {
       : tree_(tree), document_(document), nodes_(tree.GetCount(), nullptr) {
     nodes_[Tree::kDocument] = reinterpret_cast<xmlNode*>(document);
     for (Tree::Index item = 1; item < tree.GetCount(); ++item) Add(item);
+    // Numbers the elements, so that evaluation compares their order without a walk up the tree.
+    xmlXPathOrderDocElems(document);
   }
 
  private:
@@ -85,27 +89,38 @@ class MirrorBuilder {
     }
   }
 
-  /// Namespaces are declared once, on the document element, which is all that matching by
-  /// namespace needs.
+  /// Namespaces are all held by the document element, each under the prefixes that the document
+  /// writes: matching by namespace asks for no more, and `name()` answers as the document does.
   xmlNs* Namespace(std::uint32_t nameId) {
-    const std::string& uri = tree_.GetName(nameId).namespaceURI;
-    if (uri.empty()) return nullptr;
-    xmlNs*& known = namespaces_[uri];
-    if (known == nullptr) {
-      const std::string prefix = "n" + std::to_string(namespaces_.size());
-      known = xmlNewNs(xmlDocGetRootElement(document_), Xml(uri), Xml(prefix));
-    }
+    const Tree::Name& name = tree_.GetName(nameId);
+    if (name.namespaceURI.empty()) return nullptr;
+    const std::size_t prefixSize = name.qualifiedName.size() - name.localName.size();
+    const std::string prefix(name.qualifiedName, 0, prefixSize == 0 ? 0 : prefixSize - 1);
+    xmlNs*& known = namespaces_[{prefix, name.namespaceURI}];
+    if (known == nullptr) known = AddNamespace(prefix, name.namespaceURI);
     return known;
+  }
+
+  xmlNs* AddNamespace(const std::string& prefix, const std::string& uri) {
+    xmlNode* root = xmlDocGetRootElement(document_);
+    if (prefix == "xml") return xmlSearchNs(document_, root, Xml(prefix));
+    // Linked by hand: the library's own call would refuse a prefix that is used twice.
+    xmlNs* added = xmlNewNs(nullptr, Xml(uri), prefix.empty() ? nullptr : Xml(prefix));
+    added->next = std::exchange(root->nsDef, added);
+    return added;
   }
 
   const Tree& tree_;
   xmlDoc* document_;
   std::vector<xmlNode*> nodes_;
-  std::map<std::string, xmlNs*> namespaces_;
+  std::map<std::pair<std::string, std::string>, xmlNs*> namespaces_;
 };
 
 struct ContextDeleter {
   void operator()(xmlXPathContext* context) const { xmlXPathFreeContext(context); }
+};
+struct ExpressionDeleter {
+  void operator()(xmlXPathCompExpr* expression) const { xmlXPathFreeCompExpr(expression); }
 };
 struct ObjectDeleter {
   void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }
@@ -117,6 +132,13 @@ VyrDOMNodeList::Place PlaceOf(const xmlNode* node) {
   }
   return {static_cast<Tree::Index>(FromUserData(node->parent->_private)),
           FromUserData(node->_private)};
+}
+
+/// Document order: items are numbered in it, and an element comes before its attributes.
+bool ComesBefore(const VyrDOMNodeList::Place& a, const VyrDOMNodeList::Place& b) {
+  constexpr std::size_t element = VyrDOMNodeList::Place::kNoAttribute;
+  if (a.item != b.item) return a.item < b.item;
+  return b.attribute != element && (a.attribute == element || a.attribute < b.attribute);
 }
 
 class XPathExpression final : public VyrImplements<VyrIXMLXPathExpression>,
@@ -163,24 +185,28 @@ VyrXPathMirror::~VyrXPathMirror() = default;
 
 bool VyrXPathMirror::Evaluate(const std::string& expression, const Namespaces& namespaces,
                               std::vector<VyrDOMNodeList::Place>& places) const {
+  const VyrQuietXML quiet;
   const std::unique_ptr<xmlXPathContext, ContextDeleter> context(
       xmlXPathNewContext(document_->xml));
-  // A wrong expression is the caller's to report; the library must not print it.
-  context->error = [](void*, xmlError*) {};
   context->node = reinterpret_cast<xmlNode*>(document_->xml);
   for (const auto& [prefix, uri] : namespaces) {
     xmlXPathRegisterNs(context.get(), Xml(prefix), Xml(uri));
   }
+  const std::unique_ptr<xmlXPathCompExpr, ExpressionDeleter> compiled(
+      xmlXPathCtxtCompile(context.get(), Xml(expression)));
+  if (!compiled) return false;
+  // A bare path would be matched by a walk that leaves out what lies deeper than 10,000 levels; in
+  // parentheses it means the same and is evaluated like any other expression.
   const std::unique_ptr<xmlXPathObject, ObjectDeleter> result(
-      xmlXPathEval(Xml(expression), context.get()));
+      xmlXPathEval(Xml("(" + expression + ")"), context.get()));
   if (!result || result->type != XPATH_NODESET) return false;
   if (result->nodesetval == nullptr) return true;
-  xmlXPathNodeSetSort(result->nodesetval);
   for (int i = 0; i < result->nodesetval->nodeNr; ++i) {
     // Namespace nodes belong to this mirror alone; no document shows them.
     const xmlNode* node = result->nodesetval->nodeTab[i];
     if (node->type != XML_NAMESPACE_DECL) places.push_back(PlaceOf(node));
   }
+  std::sort(places.begin(), places.end(), ComesBefore);
   return true;
 }
 

@@ -260,6 +260,7 @@ bool LegacyTextReader::CheckRequired(const Section& section, const std::string& 
 }
 
 bool LegacyTextReader::Finish() {
+  line_ = std::max(line_, 1);
   if (section_ != &GeneralSection()) {
     return Fail(sectionLine_, std::string(Keyword(section_->firstRow).keyword) +
                                   " is never ended; " + Keyword(section_->firstRow + 1).keyword +

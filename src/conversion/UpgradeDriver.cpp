@@ -43,7 +43,10 @@ void VyrDrwParseStandard::EncodeToVersion(int targetVersion,
 
 HRESULT VyrDrwParseStandard::EncodeToFile(const char* path, int targetVersion,
                                           VyrDrwParseStandardUpgradeOptions& options) {
-  if (decoded_ == 0) return E_FAIL;
+  if (decoded_ == 0) {
+    if (problem_.IsEmpty()) problem_ = {0, "no standard was read; there is nothing to write"};
+    return E_FAIL;
+  }
   problem_ = {};
   UpgradeVersion(targetVersion, options);
   if (!kParseStandardUnit.CheckPointer(document_.get())) return E_UNEXPECTED;

@@ -16,6 +16,7 @@ VyrDrwParseStandard::~VyrDrwParseStandard() = default;
 void VyrDrwParseStandard::Decode() {
   if (decoded_ != 0 || fileName_.IsEmpty()) return;
   if (!kParseStandardUnit.Check(document_ == nullptr, "a document is already there")) return;
+  problem_ = {};
   document_ = std::make_unique<VyrAnnStandardXMLParser>();
   if (document_->DecodeXML(fileName_, 1) == 0) {
     decoded_ = 1;

@@ -30,7 +30,9 @@ void VyrDrwParseStandard::Check() {
     const VyrDrwParseKeyword& keyword = VyrDrwParseKeywordTable()[static_cast<std::size_t>(row)];
     if (isPresent[static_cast<std::size_t>(row)] || keyword.required == 0) continue;
     ++missing;
-    Report().Print("Error: Parameter %s not valuated in Standard file\n", keyword.keyword);
+    Report().Print("%sError: Parameter %s not valuated in Standard file\n",
+                   VyrTrace::Indentation().c_str(), keyword.keyword);
   }
-  Report().Print("Result: %d missing parameters in standard file\n", missing);
+  Report().Print("%sResult: %d missing parameters in standard file\n",
+                 VyrTrace::Indentation().c_str(), missing);
 }

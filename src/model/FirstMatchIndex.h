@@ -30,7 +30,9 @@ class IndexedKeyChanges {
 
 /// Finds the first item of a list that has a given key, without a scan once the list is wide. Kept
 /// along with the list by `Added` and `Removed`; built at the first search.
-template <class Item, std::string_view (*KeyOf)(const Item&)>
+///
+/// `keyMayChange` tells whether an item may change its key while the list holds it.
+template <class Item, std::string_view (*KeyOf)(const Item&), bool keyMayChange>
 class FirstMatchIndex {
  public:
   using List = std::vector<VyrVar<Item>>;
@@ -95,7 +97,12 @@ class FirstMatchIndex {
     return nullptr;
   }
 
-  bool IsCurrent() const { return !slots_.empty() && changes_ == IndexedKeyChanges::Get(); }
+  bool IsCurrent() const {
+    if constexpr (keyMayChange) {
+      if (changes_ != IndexedKeyChanges::Get()) return false;
+    }
+    return !slots_.empty();
+  }
 
   void Build(const List& list) {
     changes_ = IndexedKeyChanges::Get();
@@ -108,7 +115,7 @@ class FirstMatchIndex {
   /// Counts an item in. `list` is given when the item may stand before the first of its key.
   void Enter(Item& item, const List* list) {
     if (used_ * 2 >= slots_.size()) Grow();
-    VyrFirstMatchAccess::MarkIndexed(item);
+    if constexpr (keyMayChange) VyrFirstMatchAccess::MarkIndexed(item);
     const std::uint32_t hash = Hash(KeyOf(item));
     Slot& slot = FindSlot(KeyOf(item), hash);
     if (slot.item == nullptr) {

@@ -17,7 +17,7 @@ struct VyrAnnStandardXMLNode::Indexes {
   /// Below this a scan is as fast as a hash and costs no memory.
   static constexpr std::size_t kWide = 64;
 
-  FirstMatchIndex<VyrAnnStandardXMLNode, NodeNameOf> nodesByName;
-  FirstMatchIndex<VyrAnnStandardXMLValue, ValueNameOf> valuesByName;
-  FirstMatchIndex<VyrAnnStandardXMLValue, ValueTextOf> valuesByText;
+  FirstMatchIndex<VyrAnnStandardXMLNode, NodeNameOf, true> nodesByName;
+  FirstMatchIndex<VyrAnnStandardXMLValue, ValueNameOf, false> valuesByName;
+  FirstMatchIndex<VyrAnnStandardXMLValue, ValueTextOf, true> valuesByText;
 };

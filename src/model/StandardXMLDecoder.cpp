@@ -1,6 +1,6 @@
 #include "StandardXMLDecoder.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "StandardXMLFormat.h"
 #include "VyrAnnStandardXMLParserDOMCodec.h"
@@ -51,6 +51,9 @@ StandardXMLDecoder::Meaning StandardXMLDecoder::MeaningOf(const Tree::Name& name
 
 HRESULT StandardXMLDecoder::Decode(const StandardTops& tops) {
   const Index root = tree_.GetDocumentElement();
+  if (!kXMLCodecUnit.Check(root != Tree::kNone, "a document without an element")) {
+    return E_UNEXPECTED;
+  }
   if (!CheckDocumentElement(root)) return E_FAIL;
   documentName_ = AttributeOf(root, nameAttribute_);
   documentType_ = AttributeOf(root, AttributeId(kTypeAttribute));
@@ -172,8 +175,8 @@ bool StandardXMLDecoder::AddValuesOnly(Index element, Node& node) {
       return false;
     }
     const VyrAnnStandardXMLValue_var value = BuildValue(child, meaning.valueType);
-    if (node.GetNodeType() == Node::NodeEnum && !value->GetValueName().IsEmpty() &&
-        !(value->GetValueName() == node.GetNodeName())) {
+    const auto name = FindAttribute(child, nameAttribute_);
+    if (node.GetNodeType() == Node::NodeEnum && name && *name != node.GetNodeName().View()) {
       kXMLCodecUnit.Raise("Strval in enum have a name but it's not the name of the enum");
     }
     node.AddValue(value.Get(), -1);
@@ -220,7 +223,7 @@ std::string_view StandardXMLDecoder::TextOf(Index element, std::string& joined) 
       if (pieces >= 2) joined.append(text);
     } else if (kind == Tree::Kind::Comment) {
       kXMLCodecUnit.Raise("Unknown node type!");
-    } else {
+    } else if (kind != Tree::Kind::Element || IsStandardElement(child)) {
       kXMLCodecUnit.Raise("Invalid node where there should be only text");
     }
   }

@@ -1,6 +1,8 @@
 #include "VyrAnnStandardXMLNode.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "NodeIndexes.h"
 #include "VyrAnnStandardXMLUnit.h"

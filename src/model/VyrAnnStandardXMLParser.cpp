@@ -21,8 +21,9 @@ VyrAnnStandardXMLParser::VyrAnnStandardXMLParser() {
   typeDefTop_ = NewTop("TypeDef");
   VyrAnnStandardXMLParserCodecFactory* factory = _codecFactory;
   if (factory == nullptr) {
-    static VyrAnnStandardXMLParserDOMCodecFactory defaultFactory;
-    factory = &defaultFactory;
+    // Kept to the end of the process: static objects of a host may make documents in their end.
+    static auto* const defaultFactory = new VyrAnnStandardXMLParserDOMCodecFactory();
+    factory = defaultFactory;
     _codecFactory = factory;
   }
   codec_.reset(factory->CreateCodec());

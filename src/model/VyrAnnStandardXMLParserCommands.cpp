@@ -39,6 +39,26 @@ VyrUnicodeString ParentOfAllOccurrences(std::string_view path, std::size_t lastD
   return text.Substring(0, std::max(text.GetLength() - dots, 0));
 }
 
+/// Adds the value of a command to its target, wrapped in a node where that is wanted and possible.
+int PutValue(Node& target, const ValueCommand& command, const ValueTypeField& type, bool mayWrap) {
+  const std::optional<int> index = ParsePosition(command.position);
+  if (!index) return kBadPosition;
+  if (mayWrap && target.GetNodeType() != Node::NodeInstance) {
+    const VyrAnnStandardXMLNode_var wrapper(new Node(Node::NodePlain, command.name));
+    const VyrAnnStandardXMLValue_var value(
+        new Value(type.type, command.value, type.qualifier, type.rangeVal));
+    wrapper->AddValue(value.Get(), -1);
+    target.AddNode(wrapper.Get(), *index);
+  } else {
+    // The qualifier has no place here: an enumeration value is checked against the enumeration
+    // that has the field's own name, and type definitions name their fields so.
+    const VyrAnnStandardXMLValue_var value(
+        new Value(type.type, command.value, command.name, type.rangeVal));
+    target.AddValue(value.Get(), *index);
+  }
+  return kDone;
+}
+
 }  // namespace
 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLParser::GetStartNodeWithPath(std::string_view path,
@@ -60,26 +80,6 @@ int VyrAnnStandardXMLParser::AddNodeWithPath(VyrUnicodeView command, int instanc
   if (!index) return kBadPosition;
   const VyrAnnStandardXMLNode_var node(new Node(TypeOfNewNode(fields.path, instance), fields.name));
   target->AddNode(node.Get(), *index);
-  return kDone;
-}
-
-int VyrAnnStandardXMLParser::PutValue(Node& target, const ValueCommand& command,
-                                      const ValueTypeField& type, bool mayWrap) {
-  const std::optional<int> index = ParsePosition(command.position);
-  if (!index) return kBadPosition;
-  if (mayWrap && target.GetNodeType() != Node::NodeInstance) {
-    const VyrAnnStandardXMLNode_var wrapper(new Node(Node::NodePlain, command.name));
-    const VyrAnnStandardXMLValue_var value(
-        new Value(type.type, command.value, type.qualifier, type.rangeVal));
-    wrapper->AddValue(value.Get(), -1);
-    target.AddNode(wrapper.Get(), *index);
-  } else {
-    // The qualifier has no place here: an enumeration value is checked against the enumeration
-    // that has the field's own name, and type definitions name their fields so.
-    const VyrAnnStandardXMLValue_var value(
-        new Value(type.type, command.value, command.name, type.rangeVal));
-    target.AddValue(value.Get(), *index);
-  }
   return kDone;
 }
 

@@ -1,5 +1,7 @@
 #include "VyrAnnStandardXMLParserDOMCodec.h"
 
+#include <utility>
+
 #include "StandardXMLDecoder.h"
 #include "StandardXMLEncoder.h"
 #include "VyrFiles.h"
@@ -37,6 +39,12 @@ void TraceLine(const char* format) {
   if (trace.IsOn()) trace.Print("%s%s\n", VyrTrace::Indentation().c_str(), format);
 }
 
+bool SetOption(VyrIXMLDOMDocumentBuilder& builder, std::string_view option,
+               std::string_view value) {
+  return kXMLCodecUnit.Check(VyrSucceeded(builder.SetOption(option, value)),
+                             "the builder refuses an option");
+}
+
 /// A builder with the options that the format needs.
 HRESULT MakeBuilder(VyrIXMLDOMDocumentBuilder_var& builder) {
   const HRESULT result = CreateVyrIXMLDOMDocumentBuilder(builder);
@@ -47,7 +55,7 @@ HRESULT MakeBuilder(VyrIXMLDOMDocumentBuilder_var& builder) {
   TraceOptions(*builder);
   if (Supports(*builder, kVyrDoValidation)) {
     TraceLine("VyrDoValidation option found");
-    if (VyrFailed(builder->SetOption(kVyrDoValidation, "false"))) return E_UNEXPECTED;
+    if (!SetOption(*builder, kVyrDoValidation, "false")) return E_UNEXPECTED;
   } else {
     TraceLine("Warning: VyrDoValidation is not supported; we assume that parser is not validating");
   }
@@ -56,7 +64,7 @@ HRESULT MakeBuilder(VyrIXMLDOMDocumentBuilder_var& builder) {
     return E_FAIL;
   }
   TraceLine("VyrEnableNameSpaces option found");
-  return VyrFailed(builder->SetOption(kVyrEnableNameSpaces, "true")) ? E_UNEXPECTED : S_OK;
+  return SetOption(*builder, kVyrEnableNameSpaces, "true") ? S_OK : E_UNEXPECTED;
 }
 
 }  // namespace
@@ -85,11 +93,12 @@ HRESULT VyrAnnStandardXMLParserDOMCodec::DecodeXMLString(VyrUnicodeView text) {
 }
 
 HRESULT VyrAnnStandardXMLParserDOMCodec::Decode(VyrUnicodeView source, bool isFile) {
-  problem_ = {};
+  problem_ = {0, "the codec was not initialised"};
   if (!kXMLCodecUnit.CheckPointer(typeDefTop_.Get()) ||
       !kXMLCodecUnit.CheckPointer(enumTop_.Get()) || !kXMLCodecUnit.CheckPointer(rootTop_.Get())) {
     return E_UNEXPECTED;
   }
+  problem_ = {};
   VyrIXMLDOMDocumentBuilder_var builder;
   if (const HRESULT result = MakeBuilder(builder); VyrFailed(result)) {
     problem_ = {0, "the XML framework of the host lacks what standard files need"};
@@ -115,7 +124,7 @@ HRESULT VyrAnnStandardXMLParserDOMCodec::Decode(VyrUnicodeView source, bool isFi
 }
 
 HRESULT VyrAnnStandardXMLParserDOMCodec::Encode(std::string& out) {
-  problem_ = {};
+  problem_ = {0, "the codec was not initialised"};
   for (const VyrAnnStandardXMLNode_var* top : {&enumTop_, &typeDefTop_, &rootTop_}) {
     if (!kXMLCodecUnit.CheckPointer(top->Get())) return E_UNEXPECTED;
     if (!kXMLCodecUnit.Check((*top)->GetNumOfValue() == 0, "a top node holds a value")) {
@@ -135,7 +144,7 @@ HRESULT VyrAnnStandardXMLParserDOMCodec::SaveInFile(VyrUnicodeView path) {
   std::string text;
   if (const HRESULT result = Encode(text); VyrFailed(result)) return result;
   const std::string problem = VyrSaveFile(path, text);
-  if (problem.empty()) return S_OK;
+  if (kXMLCodecUnit.Check(problem.empty(), problem)) return S_OK;
   problem_ = {0, problem};
   return E_FAIL;
 }

@@ -359,7 +359,7 @@ TEST(TextReader, WhatIsNoTextIsRefused) {
     int line;
     const char* expected;
   } const cases[] = {
-      {"empty file", "", 0, "ParentStandard is missing"},
+      {"empty file", "", 1, "ParentStandard is missing"},
       {"blank file", "\n\n", 2, "ParentStandard is missing"},
       {"comment only", "BEGIN_COMMENT_BLOCK\nEND_COMMENT_BLOCK\n", 2, "ParentStandard is missing"},
       {"invalid UTF-8", general + "\nDIMLOverrun \xC3(\n", 107, "UTF-8"},

@@ -207,6 +207,36 @@ TEST_P(ShippedText, DecodingAndEncodingKeepsTheTrees) {
   EXPECT_THAT(capture_.errors, IsEmpty());
 }
 
+TEST_P(ShippedText, HasSeveralGroupsAndTheDisplaysThatLaterContentRefersTo) {
+  const TextContent content = ReadContent(path_);
+  EXPECT_GE(content.tolerances.size(), 2u);
+  std::vector<std::string> displays;
+  for (const Entries& group : content.displays) displays.push_back(group.front().value);
+  EXPECT_THAT(displays, testing::IsSupersetOf({"NUM.DIMM", "NUM.ADMS", "FEET-INC"}));
+}
+
+TEST(ShippedTexts, AsmeIsAnsiWithAnotherDatumMode) {
+  TextContent ansi = ReadContent(HOL_STANDARDS "/legacy/ANSI.txt");
+  const TextContent asme = ReadContent(HOL_STANDARDS "/legacy/ASME.txt");
+  for (Entry& entry : ansi.general) {
+    if (entry.name == "TXTDatumMode") {
+      EXPECT_EQ(entry.value, "2");
+      entry.value = "1";
+    }
+  }
+  const auto flat = [](const TextContent& content) {
+    std::string text;
+    const auto add = [&](const Entries& entries) {
+      for (const Entry& entry : entries) text += entry.name + "=" + entry.value + "\n";
+    };
+    add(content.general);
+    for (const Entries& group : content.tolerances) add(group);
+    for (const Entries& group : content.displays) add(group);
+    return text;
+  };
+  EXPECT_EQ(flat(asme), flat(ansi));
+}
+
 INSTANTIATE_TEST_SUITE_P(All, ShippedText,
                          testing::Values(ShippedStandard{"ISO.txt", "ISO", 4},
                                          ShippedStandard{"JIS.txt", "JIS", 8},

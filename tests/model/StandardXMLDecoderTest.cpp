@@ -216,10 +216,11 @@ TEST_F(Decoder, ChildrenOfAValueThatAreNoTextAreReportedAndSkipped) {
       {"a<!-- c -->b", {"Unknown node type!"}, "ab"},
       {"a<?pi data?>b", {kOnlyText}, "ab"},
       {"a<std:strval>inner</std:strval>b", {kOnlyText}, "ab"},
-      {"a<other>inner<deep/></other>b", {kOnlyText}, "ab"},
-      {"<!--1--><x/>a<!--2-->", {"Unknown node type!", kOnlyText, "Unknown node type!"}, "a"},
+      {"a<std:other>inner<deep/></std:other>b", {kOnlyText}, "ab"},
+      {"<!--1--><std:x/>a<!--2-->", {"Unknown node type!", kOnlyText, "Unknown node type!"}, "a"},
+      {"a<other>of another namespace</other>b", {}, "ab"},
       {"<!--1-->", {"Unknown node type!"}, ""},
-      {"<![CDATA[a]]><x/><![CDATA[ ]]>b", {kOnlyText}, "a b"},
+      {"<![CDATA[a]]><std:x/><![CDATA[ ]]>b", {kOnlyText}, "a b"},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(Decode(std::string("<std:node><std:strval>") + row.content +
@@ -232,6 +233,30 @@ TEST_F(Decoder, ChildrenOfAValueThatAreNoTextAreReportedAndSkipped) {
     EXPECT_EQ(TakeReports(), expected) << row.content;
     EXPECT_EQ(Describe(*root->GetNodes().back()),
               std::string("plain (string =") + row.text + ", int =next)");
+  }
+}
+
+TEST_F(Decoder, AnElementOfAnotherNamespaceInAValueIsWarnedOfAlone) {
+  const TraceOn trace("DftStdDOMCodec");
+  EXPECT_EQ(Decode("<std:node><std:strval>a<o:x xmlns:o=\"no address\"/></std:strval></std:node>"),
+            S_OK);
+  EXPECT_THAT(log.traces, testing::Contains(testing::HasSubstr(
+                              "Warning! The element <no address>x is not in standard namespace.")));
+  log.traces.clear();
+}
+
+TEST_F(Decoder, ALiteralIsNamedByItsNameAttributeAlone) {
+  struct Row {
+    const char* attributes;
+    bool isReported;
+  };
+  for (const Row& row :
+       {Row{"", false}, Row{"name=\"E\"", false}, Row{"name=\"\"", true}, Row{"name=\"F\"", true},
+        Row{"minval=\"q\"", false}, Row{"name=\"F\" minval=\"E\"", true}}) {
+    EXPECT_EQ(Decode(std::string("<std:enumdef name=\"E\"><std:strval ") + row.attributes +
+                     ">x</std:strval></std:enumdef>"),
+              S_OK);
+    EXPECT_EQ(TakeReports().size(), row.isReported ? 1u : 0u) << row.attributes;
   }
 }
 
@@ -502,6 +527,7 @@ TEST_F(HostBuilders, ThatRefuseAnOptionTheyListAreUnexpected) {
     HostBuilder::refusedOption = option;
     EXPECT_EQ(Decode(""), E_UNEXPECTED) << option;
     EXPECT_FALSE(codec.GetProblem().IsEmpty());
+    EXPECT_THAT(TakeReports(), ElementsAre(RefusedBy(kCodecUnitName)));
   }
 }
 

@@ -310,9 +310,11 @@ TEST_F(Encoder, AFileThatCannotBeWrittenGivesANegativeResultAndAProblem) {
        {std::string(), folder / "missing/new.xml", folder / "sub", folder / "sub" + "/"}) {
     EXPECT_LT(codec.SaveInFile(path), 0) << path;
     EXPECT_FALSE(codec.GetProblem().IsEmpty()) << path;
+    EXPECT_THAT(TakeReports(), ElementsAre(RefusedBy(kCodecUnitName))) << path;
   }
   Document document;
   EXPECT_LT(document.SaveInFile(folder / "missing/new.xml"), 0);
+  EXPECT_EQ(TakeReports().size(), 1u);
 }
 
 TEST_F(Encoder, SavesOpenAndCloseTheirTrace) {
