@@ -48,6 +48,12 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
       {{"info", ""}, "file name"},
       {{"get", file}, "PATH"},
       {{"get", file, "A", "B"}, "B"},
+      {{"get", file, "A", "--index", "0"}, "--index"},
+      {{"get", file, "A", "--index", "-1"}, "--index"},
+      {{"get", file, "A", "--index", "one"}, "--index"},
+      {{"get", file, "A", "--index", "1", "--all"}, "--all"},
+      {{"get", file, "A", "--index", "1", "--type"}, "--type"},
+      {{"get", file, "A", "--all", "--type"}, "--type"},
       {{"info", file, "--frobnicate"}, "--frobnicate"},
       {{"info", file, "--color", "red"}, "auto"},
       {{"info", "-", "-"}, "standard input"},
@@ -118,7 +124,7 @@ TEST(CommandLine, ATraceGoesToStandardErrorAndMayBeRepeated) {
       {.input = SampleStandard()});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "220\n");
-  EXPECT_THAT(run.err, HasSubstr("VyrAnnStandardXMLParserDOMCodec::DecodeXMLString"));
+  EXPECT_THAT(run.err, HasSubstr("VyrAnnStandardXMLParserDOMCodec::DecodeXMLFile"));
 }
 
 TEST(CommandLine, FailedChecksOfTheLibraryAreShownOnRequestOnly) {

@@ -69,12 +69,35 @@ TEST(Convert, AnOutputThatCannotBeWrittenIsStatus4) {
   }
 }
 
-TEST(Convert, TheTemporaryCopyOfStandardInputDisappears) {
+TEST(Convert, EveryOldTextThatIsShippedBecomesVersion1) {
   const TemporaryFolder folder;
-  const TemporaryFolder temporary;
-  for (const std::string& text : {ReadWholeFile(LegacyText("ISO")), std::string("not valid\n")}) {
-    RunTool({"convert", "-", "-o", folder / "a.xml"},
-            {.input = text, .environment = {{"TMPDIR", temporary.Path().string()}}});
-    EXPECT_TRUE(std::filesystem::is_empty(temporary.Path()));
+  for (const std::string name : {"ISO", "JIS", "ANSI", "ASME"}) {
+    const std::string file = folder / (name + ".xml");
+    ASSERT_EQ(RunTool({"convert", LegacyText(name), "-o", file}).status, 0) << name;
+    EXPECT_THAT(RunTool({"info", file}).out, HasSubstr("\nversion          1\n")) << name;
+  }
+}
+
+TEST(Convert, AnAnsiTextOfNoKnownDatumModeIsTakenAsAnsiWithAWarning) {
+  const TemporaryFolder folder;
+  const std::string text = ReadWholeFile(LegacyText("ANSI"));
+  const std::size_t begin = text.find("TXTDatumMode");
+  const std::size_t end = text.find('\n', begin);
+  ASSERT_NE(begin, std::string::npos);
+  const std::string warning =
+      "warning: TXTDatumMode is neither 1 (ASME) nor 2 (ANSI); taken as ANSI\n";
+  const std::vector<std::pair<std::string, bool>> cases = {
+      {"0", true}, {"3", true}, {"1", false}, {"2", false}};
+  for (const auto& [mode, isWarned] : cases) {
+    SCOPED_TRACE(mode);
+    const std::string changed = text.substr(0, begin) + "TXTDatumMode " + mode + text.substr(end);
+    const std::string file = folder.Write("in.txt", changed);
+    const ToolRun run = RunTool({"convert", file, "-o", folder / "a.xml", "-q"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, isWarned ? "holstd: " + file + ": " + warning : "");
+    const ToolRun piped =
+        RunTool({"convert", "-", "-o", folder / "b.xml", "-q"}, {.input = changed});
+    EXPECT_EQ(piped.status, 0);
+    EXPECT_EQ(piped.err, isWarned ? "holstd: standard input: " + warning : "");
   }
 }

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,9 +26,12 @@ struct ToolRun {
 /// What a run of the tool meets besides its arguments.
 struct ToolSurroundings {
   std::string input = {};
+  std::string inputFile = {};   ///< what standard input is instead of `input`
   std::string outputFile = {};  ///< where standard output leads; empty: it is captured
   bool isReaderGone = false;    ///< standard output is a pipe that nobody reads
   std::vector<std::pair<std::string, std::string>> environment = {};
+  rlim_t mostFileBytes = 0;  ///< of each file it writes; 0: no limit
+  rlim_t mostMemory = 0;     ///< in bytes; 0: no limit
 };
 
 namespace tool_run {
@@ -56,9 +60,15 @@ inline void SetEnvironment(const ToolSurroundings& with) {
   for (const auto& [name, value] : with.environment) ::setenv(name.c_str(), value.c_str(), 1);
 }
 
+template <class Resource>
+void Limit(Resource resource, rlim_t most) {
+  const rlimit limit = {most, most};
+  if (most != 0 && ::setrlimit(resource, &limit) != 0) ::_exit(126);
+}
+
 [[noreturn]] inline void BecomeTool(const std::vector<std::string>& arguments,
                                     const TemporaryFolder& folder, const ToolSurroundings& with) {
-  Redirect(folder / "in", O_RDONLY, STDIN_FILENO);
+  Redirect(with.inputFile.empty() ? folder / "in" : with.inputFile, O_RDONLY, STDIN_FILENO);
   if (with.isReaderGone) {
     RedirectToClosedPipe();
   } else if (with.outputFile.empty()) {
@@ -68,6 +78,8 @@ inline void SetEnvironment(const ToolSurroundings& with) {
   }
   Redirect(folder / "err", O_WRONLY | O_CREAT, STDERR_FILENO);
   SetEnvironment(with);
+  Limit(RLIMIT_FSIZE, with.mostFileBytes);
+  Limit(RLIMIT_AS, with.mostMemory);
   std::vector<char*> argv = {const_cast<char*>(HOL_TOOL)};
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);

@@ -39,7 +39,7 @@ class Checker {
   }
 
   void End() {
-    if (json_) session_.Print(list_.dump(2) + "\n");
+    if (json_) session_.Print(JsonText(list_));
   }
 
  private:

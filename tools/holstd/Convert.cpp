@@ -1,15 +1,12 @@
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
+#include <algorithm>
 #include <memory>
 
 #include "Arguments.h"
-#include "Format.h"
+#include "InputFile.h"
+#include "Reports.h"
 #include "Standard.h"
 #include "Subcommands.h"
 #include "VyrDrwParseStandard.h"
-#include "VyrFiles.h"
 
 namespace {
 
@@ -18,26 +15,20 @@ struct Options {
   std::string output;
 };
 
-/// Standard input as a file, which is what the converter reads.
-class InputFile {
- public:
-  InputFile() {
-    const std::string content = ReadStandardInput();
-    path_ = (std::filesystem::temp_directory_path() / "holstd-XXXXXX").string();
-    const int file = ::mkstemp(path_.data());
-    if (file >= 0) ::close(file);
-    const std::string problem = file < 0 ? "cannot be made" : VyrSaveFile(path_, content);
-    if (!problem.empty()) throw Failure{kNotWritten, path_, 0, problem};
+/// Reads the text; says so when the library had to guess between ANSI and ASME.
+void Decode(VyrDrwParseStandard& converter, const std::string& file, const Session& session) {
+  const ReportRecorder recorder;
+  if (VyrFailed(converter.DecodeText())) {
+    const VyrProblem& problem = converter.GetProblem();
+    throw Failure{kInvalidInput, file, problem.line, std::string(problem.text.View())};
   }
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
-  ~InputFile() { ::unlink(path_.c_str()); }
-
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
+  const auto isGuess = [](const std::string& report) {
+    return report.starts_with("Invalid TXTDatumMode value!");
+  };
+  if (std::any_of(recorder.failedChecks.begin(), recorder.failedChecks.end(), isGuess)) {
+    session.Warn(file, "TXTDatumMode is neither 1 (ASME) nor 2 (ANSI); taken as ANSI");
+  }
+}
 
 ExitStatus ConvertFile(const Options& options, Session& session) {
   if (options.text != "-" && IsSameFile(options.text, options.output)) {
@@ -45,13 +36,9 @@ ExitStatus ConvertFile(const Options& options, Session& session) {
                   "is the text itself, which the conversion would destroy; give another file "
                   "after -o"};
   }
-  std::unique_ptr<InputFile> input;
-  if (options.text == "-") input = std::make_unique<InputFile>();
-  VyrDrwParseStandard converter(input ? input->Path() : options.text);
-  if (VyrFailed(converter.DecodeText())) {
-    const VyrProblem& problem = converter.GetProblem();
-    throw Failure{kInvalidInput, options.text, problem.line, std::string(problem.text.View())};
-  }
+  const InputFile input(options.text);
+  VyrDrwParseStandard converter(input.Path());
+  Decode(converter, options.text, session);
   VyrDrwParseStandardUpgradeOptions upgrade;
   if (VyrFailed(converter.EncodeToFile(options.output.c_str(), -1, upgrade))) {
     const VyrUnicodeString& problem = converter.GetProblem().text;

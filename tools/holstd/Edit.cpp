@@ -4,6 +4,7 @@
 
 #include "Arguments.h"
 #include "Format.h"
+#include "InputFile.h"
 #include "Objections.h"
 #include "Reports.h"
 #include "Standard.h"
@@ -64,10 +65,9 @@ class Steps {
   }
 
   void AddScript(const std::string& file) {
+    const InputFile input(file);
     std::string text;
-    if (file == "-") {
-      text = ReadStandardInput();
-    } else if (const std::string problem = VyrReadFile(file, text); !problem.empty()) {
+    if (const std::string problem = VyrReadFile(input.Path(), text); !problem.empty()) {
       throw Failure{kInvalidInput, file, 0, problem};
     }
     if (const std::size_t at = VyrFindInvalidUtf8(text); at != std::string::npos) {

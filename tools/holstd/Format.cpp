@@ -72,6 +72,14 @@ std::string Counted(long count, std::string_view noun) {
   return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
 
+std::string JsonLine(const Json& json) {
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string JsonText(const Json& json) {
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
 const char* KindWord(Node::Type type) {
   switch (type) {
     case Node::NodeTop:
@@ -103,9 +111,19 @@ std::string ValueText(const Value& value) {
   return text;
 }
 
-void AddValueTo(Json& object, const Value& value) {
+std::string TypeText(const Value& value) {
+  const std::string word = TypeWord(value.GetType());
+  const bool isEnum = value.GetType() == Value::ValueEnum;
+  return isEnum ? word + " " + Printable(value.GetValueName().View()) : word;
+}
+
+void AddTypeTo(Json& object, const Value& value) {
   object["type"] = TypeWord(value.GetType());
-  object["value"] = value.GetValue().View();
   if (value.GetType() == Value::ValueEnum) object["enumeration"] = value.GetValueName().View();
+}
+
+void AddValueTo(Json& object, const Value& value) {
+  AddTypeTo(object, value);
+  object["value"] = value.GetValue().View();
   if (value.GetRangeVal() == 1) object["minimum"] = value.GetValueName().View();
 }

@@ -21,6 +21,10 @@ std::string Joined(const std::vector<std::string>& words);
 /// "1 node", "2 nodes"
 std::string Counted(long count, std::string_view noun);
 
+/// JSON text, all in one line or indented. What is not UTF-8 in a string becomes U+FFFD.
+std::string JsonLine(const Json& json);
+std::string JsonText(const Json& json);
+
 /// "node", "instance", "typedef", "enum"; "top" for the three trees of a document.
 const char* KindWord(VyrAnnStandardXMLNode::Type type);
 
@@ -29,5 +33,10 @@ const VyrAnnStandardXMLValue* WrappedValue(const VyrAnnStandardXMLNode& node);
 
 /// Type, text and qualifier of a value, as a line of a tree has them.
 std::string ValueText(const VyrAnnStandardXMLValue& value);
-/// The same as the members "type", "value" and, where they are known, "enumeration" and "minimum".
+/// "int", "enum YesNo"
+std::string TypeText(const VyrAnnStandardXMLValue& value);
+
+/// The type of a value as the members "type" and, for a literal, "enumeration".
+void AddTypeTo(Json& object, const VyrAnnStandardXMLValue& value);
+/// The same, "value" and, for a bounded float, "minimum".
 void AddValueTo(Json& object, const VyrAnnStandardXMLValue& value);

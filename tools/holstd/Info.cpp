@@ -75,7 +75,7 @@ std::string AsText(const Json& info) {
     text += label;
     text += value.is_null()     ? "unknown"
             : value.is_string() ? Printable(value.get<std::string>())
-                                : value.dump();
+                                : JsonLine(value);
     text += '\n';
   }
   return text;
@@ -89,7 +89,7 @@ ExitStatus PrintInfo(const Options& options, Session& session) {
     if (!options.json) session.Print((list.size() > 1 ? "\n" : "") + AsText(list.back()));
     return kDone;
   });
-  if (options.json) session.Print(list.dump(2) + "\n");
+  if (options.json) session.Print(JsonText(list));
   return status;
 }
 

@@ -15,16 +15,6 @@ namespace {
 
 constexpr std::size_t kBlock = 65536;
 
-/// Zero when all of `text` was written, else the system's error number.
-int WriteAll(int file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(file, text.data(), text.size());
-    if (written < 0 && errno != EINTR) return errno;
-    if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return 0;
-}
-
 /// A line of talk. When standard error is gone there is nobody left to tell.
 void WriteLine(std::string line) {
   line += '\n';
@@ -47,6 +37,15 @@ std::string KnownTraces() {
 }
 
 }  // namespace
+
+int WriteAll(int file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(file, text.data(), text.size());
+    if (written < 0 && errno != EINTR) return errno;
+    if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return 0;
+}
 
 void Session::Begin() {
   hasColors_ = color == "always" || (color == "auto" && TerminalHasColors());
@@ -93,6 +92,10 @@ void Session::Complain(const Failure& failure) const {
     line += ": ";
   }
   WriteLine(Printable(line + failure.text));
+}
+
+void Session::Warn(const std::string& file, const std::string& text) const {
+  Complain({kDone, file, 0, "warning: " + text});
 }
 
 std::string Session::Painted(Paint paint, std::string_view text) const {

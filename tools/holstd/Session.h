@@ -7,6 +7,9 @@
 
 #include "Failure.h"
 
+/// Zero when all of `text` was written to a file descriptor, else the system's error number.
+int WriteAll(int file, std::string_view text);
+
 /// Standard output takes no more: nothing that follows can be told either.
 struct OutputLost {
   std::string reason;
@@ -33,6 +36,8 @@ class Session {
   /// The same, for those who want every step.
   void SayInDetail(std::string_view text) const;
   void Complain(const Failure& failure) const;
+  /// Of an input that is taken all the same, but perhaps not as it was meant.
+  void Warn(const std::string& file, const std::string& text) const;
 
   enum class Paint { Good, Bad, Faint };
   /// `text` as the terminal shows it in that colour; as it is when there are no colours.

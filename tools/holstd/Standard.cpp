@@ -1,12 +1,7 @@
 #include "Standard.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <charconv>
-#include <cstring>
 #include <filesystem>
 #include <numeric>
 #include <utility>
@@ -14,6 +9,7 @@
 
 #include "Failure.h"
 #include "Format.h"
+#include "InputFile.h"
 #include "VyrDftStdPersistence.h"
 #include "VyrDrwParseStandard.h"
 
@@ -87,26 +83,11 @@ std::string NearestName(const VyrAnnStandardXMLNode& holder, std::string_view na
 
 }  // namespace
 
-std::string ReadStandardInput() {
-  std::string text;
-  std::array<char, 65536> block;
-  for (;;) {
-    const ssize_t got = ::read(STDIN_FILENO, block.data(), block.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) {
-      throw Failure{kInvalidInput, "-", 0, std::string("cannot be read: ") + std::strerror(errno)};
-    }
-    if (got == 0) return text;
-    text.append(block.data(), static_cast<std::size_t>(got));
-  }
-}
-
 Standard ReadStandard(const std::string& file) {
   Standard standard;
   standard.file = file;
-  const bool isInput = file == "-";
-  const int result = isInput ? standard.document.DecodeXML(ReadStandardInput(), 0)
-                             : standard.document.DecodeXML(file, 1);
+  const InputFile input(file);
+  const int result = standard.document.DecodeXML(input.Path(), 1);
   // A newer format may have elements that this one refuses: the version tells more than they do.
   RefuseNewer(file, standard.document);
   if (result != 0) {

@@ -16,8 +16,6 @@ struct Standard {
 
 /// Reads an XML standard, "-" from standard input. Throws `Failure`.
 Standard ReadStandard(const std::string& file);
-/// All of standard input. Throws `Failure`.
-std::string ReadStandardInput();
 
 /// Says why the version of a document cannot be told, and what would be right.
 std::string VersionProblem(VyrAnnStandardXMLParser& document);

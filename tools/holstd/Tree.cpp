@@ -71,7 +71,7 @@ class TreePrinter {
   void PrintJson(std::size_t level, const char* kind, std::string_view name, const Value* value) {
     Json object = {{"level", level}, {"kind", kind}, {"name", name}};
     if (value != nullptr) AddValueTo(object, *value);
-    session_.Print((isFirst_ ? "\n  " : ",\n  ") + object.dump());
+    session_.Print((isFirst_ ? "\n  " : ",\n  ") + JsonLine(object));
     isFirst_ = false;
   }
 

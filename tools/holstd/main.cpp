@@ -1,5 +1,6 @@
 #include <array>
 #include <csignal>
+#include <exception>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,7 +23,7 @@ struct Row {
 constexpr std::array<Row, 6> kSubcommands = {{
     {"convert", "Makes an XML standard of an old-generation text", &Convert::Register},
     {"info", "Tells what standards are: parent, format version, counts", &Info::Register},
-    {"get", "Prints one value", &Get::Register},
+    {"get", "Prints the values at a path", &Get::Register},
     {"tree", "Prints what a standard holds, a line for each node or value", &Tree::Register},
     {"edit", "Changes a standard by path commands", &Edit::Register},
     {"check", "Checks that standards are valid", &Check::Register},
@@ -97,20 +98,28 @@ ExitStatus Run(int argc, char** argv, Session& session) {
   return kUsage;
 }
 
+/// Runs to the end or to the message that says why not.
+ExitStatus RunAndComplain(int argc, char** argv, Session& session) {
+  try {
+    return Run(argc, argv, session);
+  } catch (const Failure& failure) {
+    session.Complain(failure);
+    return failure.status;
+  } catch (const std::exception& exception) {
+    session.Complain({kInvalidInput, "", 0, std::string("internal error: ") + exception.what()});
+    return kInvalidInput;
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader that goes away is told like a full disk, not by a signal.
+  // A reader that goes away and a limit on file sizes are told like a full disk, not by a signal.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   Session session;
   try {
-    ExitStatus status = kDone;
-    try {
-      status = Run(argc, argv, session);
-    } catch (const Failure& failure) {
-      session.Complain(failure);
-      status = failure.status;
-    }
+    const ExitStatus status = RunAndComplain(argc, argv, session);
     session.Flush();
     return status;
   } catch (const OutputLost& lost) {
