@@ -1,0 +1,38 @@
+#pragma once
+
+#include "HolStandardInfraExport.h"
+#include "VyrResult.h"
+#include "VyrUnicodeString.h"
+
+/// The engineering symbols that texts of annotations carry as tags ("<DIAMETER>"): which font draws
+/// one, by which code, and how menus picture it. All operations are static and may be called from
+/// any thread.
+class HOLSTANDARDINFRA_EXPORT VyrAnnStdEngineeringSymbolsServices {
+ public:
+  VyrAnnStdEngineeringSymbolsServices() = delete;
+
+  /// The fonts that the text around a symbol is drawn in.
+  enum SymbolContext : int {
+    StrokeFonts = 0,
+    OpenTypeFonts = 1,
+  };
+  /// The parent standard of the text, as far as symbols differ.
+  enum ParentStandard : int {
+    ParentISO = 0,
+    ParentJIS = 1,
+    ParentANSI = 2,  ///< ANSI and ASME
+  };
+
+  /// What stands for a tag: the font's file name, the character code as decimal text, and two
+  /// monochrome pictures of 16x16 and 22x22 pixels as base64 text (whole bytes a row, from the top,
+  /// the leftmost pixel in the highest bit, 1 is ink).
+  ///
+  /// `S_OK` when the tag is one of the context and the parent, `S_FALSE` when it is only one of the
+  /// other context, `E_FAIL` when it is none, `E_INVALIDARG` for an empty tag. On failure the
+  /// outputs are left alone. Tags are compared exactly. The last argument means nothing.
+  static HRESULT GetEngSymbolDefinitionAndImage(const VyrUnicodeString& tag, SymbolContext context,
+                                                ParentStandard parent, VyrUnicodeString& font,
+                                                VyrUnicodeString& code,
+                                                VyrUnicodeString& smallImage,
+                                                VyrUnicodeString& largeImage, int unused);
+};
