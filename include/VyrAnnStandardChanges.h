@@ -1,0 +1,29 @@
+#pragma once
+
+#include <vector>
+
+#include "HolStandardInfraExport.h"
+#include "VyrAnnStandardXMLNode.h"
+#include "VyrUnicodeString.h"
+
+/// One difference between two trees of a standard.
+struct VyrAnnStandardChange {
+  enum class Kind { Added, Changed, Deleted };
+
+  Kind kind;
+  /// Names from the top down, joined by "."; of equal names below one node the second and later
+  /// ones are counted ("Root.Frames.FrameDef[2]"). A value that a node holds directly has its name
+  /// as the last part, or its text in quotes when it has none.
+  VyrUnicodeString path;
+  /// A value's type and text ("enum YesNo 'Yes'"), or the kind of a node ("node", "instance",
+  /// "type", "enumeration"). Empty before an addition and after a deletion.
+  VyrUnicodeString before;
+  VyrUnicodeString after;
+};
+
+/// What must be added to, changed in and deleted from `before` to make it `after`, in the order of
+/// `after`; deletions come before what their node has gained. Children are matched by their names,
+/// those of equal names by their order. A subtree that was added or deleted is listed whole, node
+/// by node. Both trees may be of any depth and width.
+HOLSTANDARDINFRA_EXPORT std::vector<VyrAnnStandardChange> VyrCompareStandards(
+    const VyrAnnStandardXMLNode& before, const VyrAnnStandardXMLNode& after);

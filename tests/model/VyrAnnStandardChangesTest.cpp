@@ -1,0 +1,114 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "VyrAnnStandardChanges.h"
+#include "VyrAnnStandardXMLParser.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Change = VyrAnnStandardChange;
+
+/// "+ path after", "- path before", "~ path before > after".
+std::vector<std::string> Lines(const std::vector<Change>& changes) {
+  std::vector<std::string> lines;
+  for (const Change& change : changes) {
+    const std::string path = change.path.CString();
+    const std::string before = change.before.CString();
+    const std::string after = change.after.CString();
+    switch (change.kind) {
+      case Change::Kind::Added:
+        lines.push_back("+ " + path + " " + after);
+        break;
+      case Change::Kind::Deleted:
+        lines.push_back("- " + path + " " + before);
+        break;
+      case Change::Kind::Changed:
+        lines.push_back("~ " + path + " " + before + " > " + after);
+        break;
+    }
+  }
+  return lines;
+}
+
+class Changes : public testing::Test {
+ protected:
+  Changes() {
+    document_.AddNodeWithPath("Root:A", 0);
+    document_.AddValueWithPath("Root.A:Length:float.m.0.0:2.0", 1);
+    document_.AddValueWithPath("Root.A:Bold:enum.YesNo:No", 1);
+    document_.AddNodeWithPath("Root:List", 0);
+    for (const char* name : {"one", "two"}) {
+      document_.AddNodeWithPath("Root.List:Entry", 1);
+      document_.AddValueWithPath(std::string("Root.List.Entry:Name:string:") + name, -1);
+    }
+    before_ = VyrAnnStandardXMLNode_var(Root()->Clone());
+  }
+
+  VyrAnnStandardXMLNode_var Root() {
+    return VyrAnnStandardXMLNode_var(document_.GetNodeWithPath("Root"));
+  }
+  std::vector<std::string> Found() { return Lines(VyrCompareStandards(*before_, *Root())); }
+
+  VyrAnnStandardXMLParser document_;
+  VyrAnnStandardXMLNode_var before_;
+};
+
+TEST_F(Changes, EqualTreesHaveNone) {
+  EXPECT_THAT(Found(), IsEmpty());
+}
+
+TEST_F(Changes, TextTypeAndQualifierOfAWrappedValueCount) {
+  document_.ChangeValueWithPath("Root.A.Length:3.0");
+  document_.DeleteNodeWithPath("Root.A.Bold");
+  document_.AddValueWithPath("Root.A:Bold:enum.BlankProp:AreaFill", 1);
+  EXPECT_THAT(Found(), ElementsAre("~ Root.A.Length float from 0.0 '2.0' > float from 0.0 '3.0'",
+                                   "~ Root.A.Bold enum YesNo 'No' > enum BlankProp 'AreaFill'"));
+}
+
+TEST_F(Changes, WhatWasAddedOrDeletedIsListedWhole) {
+  document_.DeleteNodeWithPath("Root.A");
+  document_.AddNodeWithPath("Root:B", 0);
+  document_.AddNodeWithPath("Root.B:C", 0);
+  document_.AddValueWithPath("Root.B.C:N:int:1", 1);
+  EXPECT_THAT(Found(), ElementsAre("- Root.A node", "- Root.A.Length float from 0.0 '2.0'",
+                                   "- Root.A.Bold enum YesNo 'No'", "+ Root.B node",
+                                   "+ Root.B.C node", "+ Root.B.C.N int '1'"));
+}
+
+TEST_F(Changes, EntriesOfOneNameAreToldApartByTheirOrder) {
+  document_.AddNodeWithPath("Root.List:Entry", 1);
+  document_.AddValueWithPath("Root.List.Entry:Name:string:three", -1);
+  document_.AddValueWithPath("Root.List.Entry:Name:string:again", 2);
+  EXPECT_THAT(Found(), ElementsAre("+ Root.List.Entry[2].Name[2] string 'again'",
+                                   "+ Root.List.Entry[3] instance",
+                                   "+ Root.List.Entry[3].Name string 'three'"));
+}
+
+TEST_F(Changes, LiteralThatIsInsertedMovesNoOther) {
+  document_.AddNodeWithPath("Root:E", 1);
+  for (const char* literal : {"Root.E::string:a", "Root.E::string:b"}) {
+    document_.AddValueWithPath(literal, 1);
+  }
+  before_ = VyrAnnStandardXMLNode_var(Root()->Clone());
+  document_.AddValueWithPath("Root.E::string:new:1", 1);
+  EXPECT_THAT(Found(), ElementsAre("+ Root.E.'new' string 'new'"));
+}
+
+TEST_F(Changes, TreesOfAnyDepthAreCompared) {
+  VyrAnnStandardXMLNode_var deepest = Root();
+  for (int i = 0; i < 5000; ++i) {
+    const VyrAnnStandardXMLNode_var child(
+        new VyrAnnStandardXMLNode(VyrAnnStandardXMLNode::NodePlain, "D"));
+    deepest->AddNode(child.Get(), -1);
+    deepest = child;
+  }
+  EXPECT_EQ(Found().size(), 5000u);
+}
+
+}  // namespace
