@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the tool and does the main job on real input: an old text
-# standard becomes an XML standard, is asked for values, edited and checked.
+# Installs what is missing, builds the tool and does the main job on real input: old standards become
+# current ones, are asked for values, edited and checked.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
@@ -18,15 +18,27 @@ run() {
   "$@"
 }
 
-run holstd convert standards/legacy/ISO.txt -o "$output/ISO.xml"
+# The four text standards of the old generation become current XML standards.
+for name in ISO JIS ANSI ASME; do
+  run holstd convert "standards/legacy/$name.txt" -o "$output/$name.xml"
+done
 run holstd info "$output/ISO.xml"
 run holstd get "$output/ISO.xml" Dimension.ParentStandard
-run holstd get "$output/ISO.xml" Dimension.DIMLTail
-run holstd edit "$output/ISO.xml" -o "$output/site.xml" -v \
+run holstd get "$output/ISO.xml" SheetFormat.Formats.Name --all
+
+# A site's own standard of version 60: what the upgrade would do, then the upgrade.
+site=tests/data/site-v60.xml
+run holstd info "$site"
+run holstd upgrade "$site" --dry-run >"$output/changes.txt" || true
+run grep '^to ' "$output/changes.txt"
+run holstd upgrade "$site" -o "$output/site.xml"
+run holstd tree "$output/site.xml" Root.ViewsSet
+
+# And an edit by path commands.
+run holstd edit "$output/site.xml" --in-place -v \
   -c "change Root.Dimension.DIMLTail:12.5" \
   -c "node Root:Site" \
   -c "value Root.Site:Owner:string:Gearbox design office"
-run holstd tree "$output/site.xml" Root.Site
 run holstd get "$output/site.xml" Dimension.DIMLTail
-run holstd check "$output/ISO.xml" "$output/site.xml"
+run holstd check "$output"/*.xml standards/*.xml
 say "the standards are in $output"

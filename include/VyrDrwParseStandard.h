@@ -1,9 +1,14 @@
 #pragma once
 
+#include <array>
+#include <functional>
 #include <memory>
+#include <span>
+#include <string_view>
 #include <vector>
 
 #include "HolStandardInfraExport.h"
+#include "VyrAnnStandardXMLNode.h"
 #include "VyrDrwParseStandardUpgradeOptions.h"
 #include "VyrProblem.h"
 #include "VyrResult.h"
@@ -11,6 +16,8 @@
 
 class VyrAnnStandardXMLParser;
 class VyrDrwParseParameter;
+struct EngineeringSymbol;
+struct VyrDrwParseStandardBomProperty;
 
 /// Reads one standard, tells its parent standard and its format version, and writes it converted
 /// or upgraded.
@@ -59,8 +66,21 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   /// path, directory and name joined by a backslash, or empty when nothing was read.
   void Encode(const char* outputDirectory, VyrString& outputPath,
               VyrDrwParseStandardUpgradeOptions& options);
-  /// Upgrades to `targetVersion` (-1: the current one) and saves exactly to `path`. Failures are
-  /// negative, and leave the file as it was.
+  /// Told of every step of an upgrade once it is done: the step's name, the version that the
+  /// document now has, and the document, borrowed. The first is the composition of a document from
+  /// a text standard.
+  using StepObserver =
+      std::function<void(const char* step, int version, VyrAnnStandardXMLParser& document)>;
+  /// Upgrades what was read to `targetVersion` (-1: the current one) and saves nothing. Once only:
+  /// the object keeps the version of what it read. Negative when the chain could not be begun.
+  HRESULT Upgrade(int targetVersion, VyrDrwParseStandardUpgradeOptions& options,
+                  const StepObserver& afterStep = {});
+  /// The document that was read or composed, borrowed. Only after a successful read of an XML
+  /// standard or an upgrade.
+  VyrAnnStandardXMLParser& GetDocument() { return *document_; }
+  /// Saves the document exactly to `path`. Failures are negative, and leave the file as it was.
+  HRESULT SaveToFile(const char* path);
+  /// `Upgrade`, then `SaveToFile`.
   HRESULT EncodeToFile(const char* path, int targetVersion,
                        VyrDrwParseStandardUpgradeOptions& options);
 
@@ -87,7 +107,8 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   void CreateOutput(const char* outputDirectory, VyrString& outputPath) const;
   void EncodeToVersion(int targetVersion, VyrDrwParseStandardUpgradeOptions& options,
                        const char* path);
-  void UpgradeVersion(int targetVersion, VyrDrwParseStandardUpgradeOptions& options);
+  bool UpgradeVersion(int targetVersion, VyrDrwParseStandardUpgradeOptions& options,
+                      const StepObserver& afterStep);
   bool BuildVersion0Document();
 
   VyrUnicodeString ComposeVersion0Text() const;
@@ -97,6 +118,85 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   void EncodeDescriptions(VyrUnicodeString& text) const;
   void EncodePredefinedDescriptions(VyrUnicodeString& text, int kind) const;
   void EncodeThicknessTable(VyrUnicodeString& text) const;
+
+  // Default content, a table each.
+  void RunTable(VyrAnnStandardXMLParser& document, std::string_view table) const;
+  void AppendFrames(VyrAnnStandardXMLParser& document) const;
+  void AppendLinetypes1(VyrAnnStandardXMLParser& document) const;
+  void AppendLinetypes2(VyrAnnStandardXMLParser& document) const;
+  void AppendPatterns(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleEnums(VyrAnnStandardXMLParser& document) const;
+  void AppendStyles(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleSheet(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleGeometry(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleDimension1(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleDimension2(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleDimension3(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleDimension4(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleDimension5(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleDimension6(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleAnnotation(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleDressup(VyrAnnStandardXMLParser& document) const;
+  void AppendStyleCallout(VyrAnnStandardXMLParser& document) const;
+  HRESULT AddSheetFormats(const VyrUnicodeString& parentStandard,
+                          VyrAnnStandardXMLParser& document) const;
+
+  // Edits of whole style families.
+  int ChangeStyleValue(const char* stylePath, const char* valuePath, int standardsMask,
+                       VyrAnnStandardXMLValue::Type type, const char* oldValue,
+                       const char* newValue);
+  void AddBomStyle(const char* name, const VyrDrwParseStandardBomProperty* properties, int count);
+
+  // The steps of the upgrade, and what only one of them does.
+  struct UpgradeStep;
+  using Options = VyrDrwParseStandardUpgradeOptions;
+  static std::span<const UpgradeStep> UpgradeSteps();
+  bool IsIsoOrJis() const;
+  bool IsAnsiOrAsme() const;
+  void ReportUnknownParent() const;
+  void StampVersion(const UpgradeStep& step);
+
+  void UpgradeTo2(const UpgradeStep& step, Options& options);
+  void UpgradeTo30(const UpgradeStep& step, Options& options);
+  void UpgradeTo40(const UpgradeStep& step, Options& options);
+  void RebuildRoughnessStyle();
+  void ResetDatumFeatureLeader();
+  void UpgradeTo50(const UpgradeStep& step, Options& options);
+  void UpgradeTo60(const UpgradeStep& step, Options& options);
+  void Migrate14To15(const UpgradeStep& step, Options& options);
+  void Migrate15To16n201(const UpgradeStep& step, Options& options);
+  void Migrate16To17n1X(const UpgradeStep& step, Options& options);
+  void Migrate17To18n1X1(const UpgradeStep& step, Options& options);
+  void ConvertBlanking();
+  void RestructureTableStyles();
+  void Migrate18To20n208(const UpgradeStep& step, Options& options);
+  void ReplaceShippedCallouts();
+  void Migrate20To21n209(const UpgradeStep& step, Options& options);
+  void AddViewTextStyle();
+  void AddViewNameSettings(const char* textStyle);
+  void Migrate209To21n210(const UpgradeStep& step, Options& options);
+  void Migrate210To21n211(const UpgradeStep& step, Options& options);
+  void Migrate211To23n213(const UpgradeStep& step, Options& options);
+  void Migrate213To23n214(const UpgradeStep& step, Options& options);
+  void Migrate214To24n215(const UpgradeStep& step, Options& options);
+  void NumberHatchings();
+  void RenewVersionNode(const UpgradeStep& step);
+  void Migrate215To24n216(const UpgradeStep& step, Options& options);
+  void Migrate216To25n417(const UpgradeStep& step, Options& options);
+  void Migrate417To27n419(const UpgradeStep& step, Options& options);
+  void Migrate419To28n420(const UpgradeStep& step, Options& options);
+  void Migrate420To29n421(const UpgradeStep& step, Options& options);
+
+  // Engineering symbols of the steps.
+  VyrAnnStandardXMLNode_var AppendSymbolEntry(const EngineeringSymbol& symbol,
+                                              std::string_view font);
+  const char* SymbolFont() const;
+  void AppendFirstEngineeringSymbols();
+  void AppendEngineeringSymbols(std::span<const char* const> tags, bool withUses);
+  void ReplaceSubstitutionSymbol();
+  void RebuildEngineeringSymbols();
+  void FlagEngineeringSymbols(bool isShipped);
+  void AppendProjectionSymbols();
 
   int decoded_ = 0;
   VyrUnicodeString fileName_;

@@ -1,5 +1,7 @@
+#include <array>
 #include <string>
 
+#include "UpgradeStep.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseParameter.h"
 #include "VyrDrwParseStandard.h"
@@ -38,17 +40,31 @@ void VyrDrwParseStandard::CreateOutput(const char* outputDirectory, VyrString& o
 void VyrDrwParseStandard::EncodeToVersion(int targetVersion,
                                           VyrDrwParseStandardUpgradeOptions& options,
                                           const char* path) {
-  static_cast<void>(EncodeToFile(path, targetVersion, options));
+  if (decoded_ == 0) return;
+  // Whatever the upgrade could not do, what was read is saved.
+  static_cast<void>(Upgrade(targetVersion, options));
+  static_cast<void>(SaveToFile(path));
 }
 
 HRESULT VyrDrwParseStandard::EncodeToFile(const char* path, int targetVersion,
                                           VyrDrwParseStandardUpgradeOptions& options) {
+  const HRESULT result = Upgrade(targetVersion, options);
+  return VyrFailed(result) ? result : SaveToFile(path);
+}
+
+HRESULT VyrDrwParseStandard::Upgrade(int targetVersion, VyrDrwParseStandardUpgradeOptions& options,
+                                     const StepObserver& afterStep) {
   if (decoded_ == 0) {
     if (problem_.IsEmpty()) problem_ = {0, "no standard was read; there is nothing to write"};
     return E_FAIL;
   }
   problem_ = {};
-  UpgradeVersion(targetVersion, options);
+  if (UpgradeVersion(targetVersion, options, afterStep)) return S_OK;
+  if (problem_.IsEmpty()) problem_ = {0, "the version that the upgrade starts from cannot be told"};
+  return E_UNEXPECTED;
+}
+
+HRESULT VyrDrwParseStandard::SaveToFile(const char* path) {
   if (!kParseStandardUnit.CheckPointer(document_.get())) return E_UNEXPECTED;
   const HRESULT result = document_->SaveInFile(path);
   if (!kParseStandardUnit.Check(VyrSucceeded(result), "Saved failed")) {
@@ -57,9 +73,74 @@ HRESULT VyrDrwParseStandard::EncodeToFile(const char* path, int targetVersion,
   return result;
 }
 
-void VyrDrwParseStandard::UpgradeVersion(int, VyrDrwParseStandardUpgradeOptions&) {
-  if (version_ < kFirstDocumentVersion && !BuildVersion0Document()) return;
-  if (!kParseStandardUnit.CheckPointer(document_.get())) return;
+/// False when the chain could not be begun.
+bool VyrDrwParseStandard::UpgradeVersion(int targetVersion,
+                                         VyrDrwParseStandardUpgradeOptions& options,
+                                         const StepObserver& afterStep) {
+  if (version_ < kFirstDocumentVersion) {
+    if (!BuildVersion0Document()) return false;
+    if (afterStep) afterStep("BuildDocument", kFirstDocumentVersion, *document_);
+  }
+  if (!kParseStandardUnit.CheckPointer(document_.get())) return false;
+  for (const UpgradeStep& step : UpgradeSteps()) {
+    // Two independent gates: a target between two versions runs all steps up to it.
+    const bool isWanted = targetVersion == kLatestVersion || targetVersion >= step.version;
+    if (version_ >= step.sourceBelow || !isWanted) continue;
+    (this->*step.operation)(step, options);
+    if (afterStep) afterStep(step.name, step.version, *document_);
+  }
+  return true;
+}
+
+bool VyrDrwParseStandard::IsIsoOrJis() const {
+  return parentStandard_ == "ISO" || parentStandard_ == "JIS";
+}
+
+bool VyrDrwParseStandard::IsAnsiOrAsme() const {
+  return parentStandard_ == "ANSI" || parentStandard_ == "ASME";
+}
+
+/// Said wherever a step from 120 on makes a choice that depends on the parent standard.
+void VyrDrwParseStandard::ReportUnknownParent() const {
+  if (!IsIsoOrJis() && !IsAnsiOrAsme()) kParseStandardUnit.Raise("Unknown parent standard!");
+}
+
+std::span<const VyrDrwParseStandard::UpgradeStep> VyrDrwParseStandard::UpgradeSteps() {
+  using Standard = VyrDrwParseStandard;
+  // A standard whose version is 3 to 29 counts as past the step to 30: none was ever released, and
+  // sites have marked their own files so.
+  static constexpr std::array<UpgradeStep, 21> steps = {{
+      {"UpgradeTo2", 2, 2, &Standard::UpgradeTo2},
+      {"UpgradeTo30", 3, 30, &Standard::UpgradeTo30},
+      {"UpgradeTo40", 31, 40, &Standard::UpgradeTo40},
+      {"UpgradeTo50", 41, 50, &Standard::UpgradeTo50},
+      {"UpgradeTo60", 51, 60, &Standard::UpgradeTo60},
+      {"Migrate14To15", 61, 70, &Standard::Migrate14To15},
+      {"Migrate15To16n201", 71, 80, &Standard::Migrate15To16n201},
+      {"Migrate16To17n1X", 81, 90, &Standard::Migrate16To17n1X},
+      {"Migrate17To18n1X1", 91, 100, &Standard::Migrate17To18n1X1},
+      {"Migrate18To20n208", 101, 110, &Standard::Migrate18To20n208},
+      {"Migrate20To21n209", 111, 120, &Standard::Migrate20To21n209},
+      {"Migrate209To21n210", 121, 130, &Standard::Migrate209To21n210},
+      {"Migrate210To21n211", 131, 140, &Standard::Migrate210To21n211},
+      {"Migrate211To23n213", 141, 150, &Standard::Migrate211To23n213},
+      {"Migrate213To23n214", 151, 160, &Standard::Migrate213To23n214},
+      {"Migrate214To24n215", 161, 170, &Standard::Migrate214To24n215},
+      {"Migrate215To24n216", 171, 180, &Standard::Migrate215To24n216},
+      {"Migrate216To25n417", 181, 190, &Standard::Migrate216To25n417},
+      {"Migrate417To27n419", 191, 200, &Standard::Migrate417To27n419},
+      {"Migrate419To28n420", 201, 210, &Standard::Migrate419To28n420},
+      {"Migrate420To29n421", 211, 220, &Standard::Migrate420To29n421},
+  }};
+  static_assert(
+      [] {
+        for (std::size_t i = 1; i < steps.size(); ++i) {
+          if (steps[i].sourceBelow != steps[i - 1].version + 1) return false;
+        }
+        return true;
+      }(),
+      "the versions of the steps rise without a gap");
+  return steps;
 }
 
 bool VyrDrwParseStandard::BuildVersion0Document() {

@@ -103,14 +103,17 @@ struct TextStandard {
   }
 };
 
-TEST(Encode, SavesUnderTheStatedPath) {
+TEST(Encode, SavesUnderTheStatedPathAndUpgradesToTheCurrentVersion) {
   const DiagnosticsCapture capture;
   TextStandard text;
   VyrString path("as before");
   Options options;
   text.standard.Encode(text.folder.Path().c_str(), path, options);
   EXPECT_EQ(path, VyrString(text.folder.Path().string() + "\\STD.txt.xml"));
-  EXPECT_TRUE(std::filesystem::exists(text.folder / "STD.txt.xml"));
+  ASSERT_TRUE(std::filesystem::exists(text.folder / "STD.txt.xml"));
+  VyrDrwParseStandard written(text.folder / "STD.txt.xml");
+  written.Decode();
+  EXPECT_EQ(written.GetVersion(), VyrDrwParseStandard::GetCurrentVersion());
 }
 
 TEST(Encode, UndecodedStandardIsNotSavedAndThePathIsEmpty) {

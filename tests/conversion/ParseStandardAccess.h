@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "UpgradeStep.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseParameter.h"
 #include "VyrDrwParseStandard.h"
@@ -12,6 +13,7 @@
 struct VyrDrwParseStandardAccess {
   using Standard = VyrDrwParseStandard;
   using Writer = void (Standard::*)(VyrUnicodeString&) const;
+  using Builder = void (Standard::*)(VyrAnnStandardXMLParser&) const;
 
   static auto& Parameters(Standard& standard) { return standard.parameters_; }
   static auto& Document(Standard& standard) { return standard.document_; }
@@ -59,5 +61,38 @@ struct VyrDrwParseStandardAccess {
   }
   static std::string ComposedText(const Standard& standard) {
     return standard.ComposeVersion0Text().CString();
+  }
+
+  static constexpr Builder kAppendFrames = &Standard::AppendFrames;
+  static constexpr Builder kAppendLinetypes1 = &Standard::AppendLinetypes1;
+  static constexpr Builder kAppendLinetypes2 = &Standard::AppendLinetypes2;
+  static constexpr Builder kAppendPatterns = &Standard::AppendPatterns;
+  static constexpr Builder kAppendStyleEnums = &Standard::AppendStyleEnums;
+  static constexpr Builder kAppendStyles = &Standard::AppendStyles;
+
+  static void Append(const Standard& standard, Builder builder, VyrAnnStandardXMLParser& document) {
+    (standard.*builder)(document);
+  }
+  static HRESULT AddSheetFormats(const Standard& standard, const char* parent,
+                                 VyrAnnStandardXMLParser& document) {
+    return standard.AddSheetFormats(parent, document);
+  }
+  static int ChangeStyleValue(Standard& standard, const char* stylePath, const char* valuePath,
+                              int mask, VyrAnnStandardXMLValue::Type type, const char* oldValue,
+                              const char* newValue) {
+    return standard.ChangeStyleValue(stylePath, valuePath, mask, type, oldValue, newValue);
+  }
+  static void AddBomStyle(Standard& standard, const char* name,
+                          const VyrDrwParseStandardBomProperty* properties, int count) {
+    standard.AddBomStyle(name, properties, count);
+  }
+
+  /// Runs the one step that leads to `version`, whatever the version of the document is.
+  static void RunStep(Standard& standard, int version, bool isShipped) {
+    VyrDrwParseStandardUpgradeOptions options;
+    options.OOTBStandard = isShipped ? 1 : 0;
+    for (const Standard::UpgradeStep& step : Standard::UpgradeSteps()) {
+      if (step.version == version) (standard.*step.operation)(step, options);
+    }
   }
 };

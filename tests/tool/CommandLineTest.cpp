@@ -43,7 +43,7 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
   const std::string file = folder.Write("a.xml", SampleStandard());
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
       {{}, "subcommand"},
-      {{"fold"}, "'fold' is no command; there are convert, info, get, tree, edit, check"},
+      {{"fold"}, "'fold' is no command; there are convert, upgrade, info, get, tree, edit, check"},
       {{"info"}, "FILE"},
       {{"info", ""}, "file name"},
       {{"get", file}, "PATH"},

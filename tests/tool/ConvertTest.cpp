@@ -69,12 +69,14 @@ TEST(Convert, AnOutputThatCannotBeWrittenIsStatus4) {
   }
 }
 
-TEST(Convert, EveryOldTextThatIsShippedBecomesVersion1) {
+TEST(Convert, EveryOldTextThatIsShippedBecomesAnyVersionFrom1) {
   const TemporaryFolder folder;
   for (const std::string name : {"ISO", "JIS", "ANSI", "ASME"}) {
     const std::string file = folder / (name + ".xml");
-    ASSERT_EQ(RunTool({"convert", LegacyText(name), "-o", file}).status, 0) << name;
+    ASSERT_EQ(RunTool({"convert", LegacyText(name), "-o", file, "--to", "1"}).status, 0) << name;
     EXPECT_THAT(RunTool({"info", file}).out, HasSubstr("\nversion          1\n")) << name;
+    ASSERT_EQ(RunTool({"convert", LegacyText(name), "-o", file}).status, 0) << name;
+    EXPECT_THAT(RunTool({"info", file}).out, HasSubstr("\nversion          220\n")) << name;
   }
 }
 

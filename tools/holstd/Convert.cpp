@@ -6,6 +6,7 @@
 #include "Reports.h"
 #include "Standard.h"
 #include "Subcommands.h"
+#include "UpgradeOptions.h"
 #include "VyrDrwParseStandard.h"
 
 namespace {
@@ -13,6 +14,7 @@ namespace {
 struct Options {
   std::string text;
   std::string output;
+  UpgradeOptions upgrade;
 };
 
 /// Reads the text; says so when the library had to guess between ANSI and ASME.
@@ -39,8 +41,8 @@ ExitStatus ConvertFile(const Options& options, Session& session) {
   const InputFile input(options.text);
   VyrDrwParseStandard converter(input.Path());
   Decode(converter, options.text, session);
-  VyrDrwParseStandardUpgradeOptions upgrade;
-  if (VyrFailed(converter.EncodeToFile(options.output.c_str(), -1, upgrade))) {
+  VyrDrwParseStandardUpgradeOptions upgrade = options.upgrade.ForLibrary();
+  if (VyrFailed(converter.EncodeToFile(options.output.c_str(), options.upgrade.target, upgrade))) {
     const VyrUnicodeString& problem = converter.GetProblem().text;
     throw Failure{kNotWritten, options.output, 0,
                   problem.IsEmpty() ? "cannot be written" : std::string(problem.View())};
@@ -58,6 +60,7 @@ Action Convert::Register(CLI::App& command) {
                 ->required()
                 ->type_name(""));
   AddOutput(command, options->output)->required();
+  AddUpgradeOptions(command, options->upgrade);
   AddExamples(command, {"holstd convert standards/legacy/ISO.txt -o ISO.xml",
                         "holstd convert - -o ISO.xml < ISO.txt"});
   return [options](Session& session) { return ConvertFile(*options, session); };

@@ -15,6 +15,9 @@ using Action = std::function<ExitStatus(Session& session)>;
 struct Convert {
   static Action Register(CLI::App& command);
 };
+struct Upgrade {
+  static Action Register(CLI::App& command);
+};
 struct Info {
   static Action Register(CLI::App& command);
 };

@@ -20,8 +20,9 @@ struct Row {
   Action (*registerOn)(CLI::App& command);
 };
 
-constexpr std::array<Row, 6> kSubcommands = {{
+constexpr std::array<Row, 7> kSubcommands = {{
     {"convert", "Makes an XML standard of an old-generation text", &Convert::Register},
+    {"upgrade", "Brings XML standards of any older version up to date", &Upgrade::Register},
     {"info", "Tells what standards are: parent, format version, counts", &Info::Register},
     {"get", "Prints the values at a path", &Get::Register},
     {"tree", "Prints what a standard holds, a line for each node or value", &Tree::Register},
@@ -35,6 +36,7 @@ const char* const kFooter =
     "\n"
     "Examples:\n"
     "  holstd convert standards/legacy/ISO.txt -o ISO.xml\n"
+    "  holstd upgrade old.xml -o new.xml\n"
     "  holstd get ISO.xml Dimension.ParentStandard\n"
     "  holstd edit ISO.xml -o site.xml -c 'change Root.Dimension.DIMLTail:12.5'\n"
     "  holstd COMMAND --help";

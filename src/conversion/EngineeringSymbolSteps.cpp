@@ -1,0 +1,193 @@
+#include "EngineeringSymbolSteps.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "EngineeringSymbolTables.h"
+#include "EngineeringSymbolUses.h"
+#include "VyrAnnStandardXMLParser.h"
+#include "VyrDrwParseStandard.h"
+#include "VyrDrwParseStandardUnit.h"
+
+// The engineering symbols that the steps of the upgrade add to a standard.
+
+namespace {
+
+using Node = VyrAnnStandardXMLNode;
+using Value = VyrAnnStandardXMLValue;
+
+constexpr const char* kAnsiFont = "SYM1.font";
+constexpr const char* kIsoStrokeFont = "SYM2.font";
+constexpr const char* kOpenTypeFont = "QNISO1.otf";
+/// A standard whose texts are written in this font takes its symbols from the font of its kind.
+constexpr std::string_view kOpenTypeTextFont = "QN ISO 1 (OpenType)";
+
+constexpr std::string_view kLastFirstSymbol = "<Unequally>";
+constexpr std::string_view kReciprocity = "<Reciprocity>";  // no symbol of ANSI and ASME
+
+constexpr const char* kSymbolsOf130[] = {"<SpotFace>",      "<CF>",           "<Independency>",
+                                         "<RIGHTTRIANGLE>", "<LEFTTRIANGLE>", "<Reciprocity>",
+                                         "<ModifierA>"};
+constexpr const char* kSymbolsOf140[] = {"<LP>", "<LS>", "<GG>", "<GX>", "<GN>", "<CC>", "<CA>",
+                                         "<CV>", "<SX>", "<SN>", "<SA>", "<SM>", "<SD>", "<SR>"};
+constexpr const char* kSymbolsOf180[] = {"<BETWEEN>", "<FROMTO>", "<ORIENTATIONCONSTRAINTONLY>"};
+constexpr const char* kProjectionSymbols[] = {"<FIRSTANGLE>", "<THIRDANGLE>",
+                                              "<FIRSTANGLECENTERLINES>", "<THIRDANGLECENTERLINES>"};
+constexpr const char* kSymbolsOf220[] = {"<MinimaxFeat>",
+                                         "<LeastSquare>",
+                                         "<Circumscribed>",
+                                         "<Tangent>",
+                                         "<Inscribed>",
+                                         "<AD>",
+                                         "<GC>",
+                                         "<LG>",
+                                         "<LC>",
+                                         "<SQ>",
+                                         "<SUP>",
+                                         "<IdentInter>",
+                                         "<IdentFinalMach>",
+                                         "<IdentFinal>",
+                                         "<MobilityTrans>",
+                                         "<MobilityRot>",
+                                         "<Gravity>"};
+
+/// A symbol by its tag, wherever it is described; codes and pictures of the tables come first.
+const EngineeringSymbol* Described(std::string_view tag) {
+  const EngineeringSymbol* symbol = OpenTypeSymbols().Find(tag);
+  return symbol != nullptr ? symbol : FurtherSymbols().Find(tag);
+}
+
+void AddField(Node& entry, Value::Type type, const char* name, std::string_view text) {
+  const VyrAnnStandardXMLValue_var value(new Value(type, text, name, 0));
+  entry.AddValue(value.Get(), -1);
+}
+
+std::string_view TagOf(const Node& entry) {
+  const VyrAnnStandardXMLValue_var name(entry.GetValueByName("Name"));
+  return name ? name->GetValue().View() : std::string_view();
+}
+
+void AddUses(Node& entry, EngineeringSymbolUses uses) {
+  const auto answer = [](bool isUsed) { return isUsed ? "Yes" : "No"; };
+  AddField(entry, Value::ValueString, "ToleranceValue", answer(uses.inToleranceValues));
+  AddField(entry, Value::ValueString, "DatumReference", answer(uses.inDatumReferences));
+  AddField(entry, Value::ValueString, "Notes", answer(uses.inNotes));
+}
+
+}  // namespace
+
+std::span<const char* const> SymbolsOf130() {
+  return kSymbolsOf130;
+}
+std::span<const char* const> SymbolsOf140() {
+  return kSymbolsOf140;
+}
+std::span<const char* const> SymbolsOf220() {
+  return kSymbolsOf220;
+}
+
+/// Appends an entry and returns it; null when the standard has no list of symbols.
+VyrAnnStandardXMLNode_var VyrDrwParseStandard::AppendSymbolEntry(const EngineeringSymbol& symbol,
+                                                                 std::string_view font) {
+  const VyrAnnStandardXMLNode_var list(document_->GetNodeWithPath("Root.EngineeringSymbols"));
+  if (!list) return {};
+  VyrAnnStandardXMLNode_var entry(new Node(Node::NodeInstance, "EngineeringSymbol"));
+  list->AddNode(entry.Get(), -1);
+  AddField(*entry, Value::ValueString, "Name", symbol.tag);
+  AddField(*entry, Value::ValueInt, "Position", std::to_string(list->GetNumOfNode()));
+  AddField(*entry, Value::ValueString, "Font", font);
+  AddField(*entry, Value::ValueInt, "Charcode", symbol.code);
+  AddField(*entry, Value::ValueString, "Icon16x16", symbol.smallImage);
+  AddField(*entry, Value::ValueString, "Icon22x22", symbol.largeImage);
+  return entry;
+}
+
+/// The font of the symbols that a step appends; null, reported, for an unknown parent standard.
+const char* VyrDrwParseStandard::SymbolFont() const {
+  if (IsAnsiOrAsme()) return kAnsiFont;
+  if (!IsIsoOrJis()) {
+    kParseStandardUnit.Raise("Unknown parent standard!");
+    return nullptr;
+  }
+  const VyrUnicodeString textFont =
+      document_->GetValueWithPath("Root.Styles.Text.Default.Font.Name");
+  return textFont.View() == kOpenTypeTextFont ? kOpenTypeFont : kIsoStrokeFont;
+}
+
+void VyrDrwParseStandard::AppendFirstEngineeringSymbols() {
+  const EngineeringSymbolTable& table = IsIsoOrJis() ? IsoStrokeSymbols() : AnsiSymbols();
+  for (const EngineeringSymbol& symbol : OpenTypeSymbols().GetSymbols()) {
+    // The degree and the micro sign share a row of the stroke fonts; a standard lists them apart.
+    const EngineeringSymbol* own = table.Find(symbol.tag);
+    AppendSymbolEntry(own != nullptr ? *own : symbol, own != nullptr ? own->font : kIsoStrokeFont);
+    if (symbol.tag == kLastFirstSymbol) break;
+  }
+}
+
+void VyrDrwParseStandard::AppendEngineeringSymbols(std::span<const char* const> tags,
+                                                   bool withUses) {
+  const char* font = SymbolFont();
+  if (font == nullptr) return;
+  for (const char* tag : tags) {
+    if (tag == kReciprocity && IsAnsiOrAsme()) continue;
+    const VyrAnnStandardXMLNode_var entry = AppendSymbolEntry(*Described(tag), font);
+    if (withUses && entry) AddUses(*entry, UsesOf(tag, IsIsoOrJis(), true));
+  }
+}
+
+void VyrDrwParseStandard::ReplaceSubstitutionSymbol() {
+  const char* font = SymbolFont();
+  if (font == nullptr) return;
+  const EngineeringSymbol& symbol = SubstitutionSymbols()[IsIsoOrJis() ? 0 : 1];
+  const std::string entry = "Root.EngineeringSymbols.EngineeringSymbol:";
+  const auto change = [&](const char* field, std::string_view text) {
+    document_->ChangeValueWithPath(entry + field + ":" + std::string(text));
+  };
+  change("Charcode", symbol.code);
+  change("Icon16x16", symbol.smallImage);
+  change("Icon22x22", symbol.largeImage);
+  if (font == std::string_view(kOpenTypeFont)) change("Font", font);
+}
+
+void VyrDrwParseStandard::RebuildEngineeringSymbols() {
+  document_->DeleteNodeWithPath("Root.EngineeringSymbols");
+  document_->AddNodeWithPath("Root:EngineeringSymbols:0", 0);
+  for (const EngineeringSymbol& symbol : OpenTypeSymbols().GetSymbols()) {
+    AppendSymbolEntry(symbol, symbol.font);
+  }
+}
+
+void VyrDrwParseStandard::FlagEngineeringSymbols(bool isShipped) {
+  const VyrAnnStandardXMLNode_var list(document_->GetNodeWithPath("Root.EngineeringSymbols"));
+  if (!list) return;
+  const auto holds = [&](std::string_view tag) {
+    return std::any_of(list->GetNodes().begin(), list->GetNodes().end(),
+                       [=](const auto& entry) { return TagOf(*entry) == tag; });
+  };
+  const bool isKnownParent = IsIsoOrJis() || IsAnsiOrAsme();
+  for (const VyrAnnStandardXMLNode_var& entry : list->GetNodes()) {
+    // Texts of a site's drawings may hold the former tag, so only a shipped entry is renamed.
+    const bool isFormer = TagOf(*entry) == kFormerOrientationTag && !holds(kOrientationTag);
+    if (isShipped && IsIsoOrJis() && isFormer) {
+      entry->ChangeValue("Name:" + std::string(kOrientationTag));
+    }
+    AddUses(*entry, isKnownParent ? UsesOf(TagOf(*entry), IsIsoOrJis(), isShipped)
+                                  : EngineeringSymbolUses{false, false, false});
+  }
+  if (!isShipped || !IsIsoOrJis()) return;
+  for (const char* tag : kSymbolsOf180) {
+    if (!holds(tag)) AppendEngineeringSymbols(std::span(&tag, 1), true);
+  }
+}
+
+void VyrDrwParseStandard::AppendProjectionSymbols() {
+  for (const char* tag : kProjectionSymbols) {
+    const VyrAnnStandardXMLNode_var entry = AppendSymbolEntry(*Described(tag), kOpenTypeFont);
+    if (!entry) return;
+    // They belong to title blocks, not to any of the three places.
+    for (const char* use : {"ToleranceValue", "DatumReference", "Notes"}) {
+      AddField(*entry, Value::ValueString, use, "");
+    }
+  }
+}

@@ -1,0 +1,177 @@
+#include "ToolRun.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+/// A standard of a site at an older version, made of the shipped text and changed.
+std::string SiteStandard(const TemporaryFolder& folder, const std::string& version) {
+  const std::string file = folder / ("site-" + version + ".xml");
+  EXPECT_EQ(RunTool({"convert", LegacyText("ISO"), "-o", file, "--to", version}).status, 0);
+  EXPECT_EQ(RunTool({"edit", file, "--in-place", "-c", "change Root.Dimension.DIMLTail:12.5", "-c",
+                     "node Root:Site", "-c", "value Root.Site:Owner:string:設計部"})
+                .status,
+            0);
+  return file;
+}
+
+}  // namespace
+
+TEST(Upgrade, BringsEveryVersionToTheCurrentOneAndKeepsTheSitesValues) {
+  const TemporaryFolder folder;
+  for (const std::string version : {"1", "2", "30", "60", "100", "110", "150", "210"}) {
+    SCOPED_TRACE(version);
+    const std::string output = folder / "new.xml";
+    const ToolRun run = RunTool({"upgrade", SiteStandard(folder, version), "-o", output});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(ParsedJson(RunTool({"info", output, "--json"}))[0]["version"], 220);
+    EXPECT_EQ(RunTool({"get", output, "Dimension.DIMLTail"}).out, "12.5\n");
+    EXPECT_EQ(RunTool({"get", output, "Site.Owner"}).out, "設計部\n");
+    EXPECT_EQ(RunTool({"check", output}).status, 0);
+  }
+}
+
+TEST(Upgrade, StopsAtTheVersionThatIsAskedFor) {
+  const TemporaryFolder folder;
+  const std::string file = SiteStandard(folder, "60");
+  const std::vector<std::pair<std::string, int>> cases = {{"60", 60},   {"70", 70},   {"79", 70},
+                                                          {"110", 110}, {"215", 210}, {"220", 220}};
+  for (const auto& [target, version] : cases) {
+    ASSERT_EQ(RunTool({"upgrade", file, "-o", folder / "new.xml", "--to", target}).status, 0);
+    EXPECT_EQ(ParsedJson(RunTool({"info", folder / "new.xml", "--json"}))[0]["version"], version);
+  }
+}
+
+TEST(Upgrade, DryRunTellsEveryChangeWritesNothingAndAnswersWhetherThereIsSomethingToDo) {
+  const TemporaryFolder folder;
+  const std::string file = SiteStandard(folder, "200");
+  const std::string before = ReadWholeFile(file);
+  const ToolRun run = RunTool({"upgrade", file, "--dry-run", "--to", "210"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("to 210 (Migrate419To28n420): "));
+  EXPECT_THAT(run.out, HasSubstr("  + Root.Styles.Table.Default.Mirroring  enum Mirroring "
+                                 "'Auto flip'\n"));
+  EXPECT_THAT(run.out, HasSubstr("  ~ Root.Version  int '200' -> int '210'\n"));
+  EXPECT_EQ(ReadWholeFile(file), before);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
+
+  const auto json = ParsedJson(RunTool({"upgrade", file, "--dry-run", "--to", "210", "--json"}))[0];
+  EXPECT_EQ(json["from"], 200);
+  EXPECT_EQ(json["to"], 210);
+  ASSERT_EQ(json["steps"].size(), 1u);
+  EXPECT_EQ(json["steps"][0]["changes"].back()["path"], "Root.Version");
+  EXPECT_EQ(json["steps"][0]["changes"].back()["before"], "int '200'");
+
+  ASSERT_EQ(RunTool({"upgrade", file, "--in-place"}).status, 0);
+  const ToolRun again = RunTool({"upgrade", file, "--dry-run"});
+  EXPECT_EQ(again.status, 0);
+  EXPECT_THAT(again.out, HasSubstr("nothing to do"));
+}
+
+TEST(Upgrade, InPlaceOfACurrentStandardLeavesEveryByte) {
+  const TemporaryFolder folder;
+  const std::string text = ReadWholeFile(HOL_STANDARDS "/ISO.xml") + "<!-- site note -->\n";
+  const std::string file = folder.Write("ISO.xml", text);
+  EXPECT_EQ(RunTool({"upgrade", file, "--in-place"}).status, 0);
+  EXPECT_EQ(ReadWholeFile(file), text);
+}
+
+TEST(Upgrade, SeveralStandardsGoIntoAFolderAndABadOneStopsNoOther) {
+  const TemporaryFolder folder;
+  const std::string good = SiteStandard(folder, "60");
+  const std::string bad = folder.Write("bad.xml", "<std:node");
+  const std::string other = SiteStandard(folder, "150");
+  const ToolRun run = RunTool({"upgrade", good, bad, other, "-d", folder / "new"});
+  EXPECT_EQ(run.status, 3);
+  EXPECT_THAT(run.err, HasSubstr("bad.xml:1: "));
+  for (const char* name : {"new/site-60.xml", "new/site-150.xml"}) {
+    EXPECT_EQ(ParsedJson(RunTool({"info", folder / name, "--json"}))[0]["version"], 220) << name;
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "new/bad.xml"));
+}
+
+TEST(Upgrade, WhatItCannotBeginWithIsRefusedAndNothingIsWritten) {
+  const TemporaryFolder folder;
+  const std::string current = ReadWholeFile(HOL_STANDARDS "/ISO.xml");
+  const auto with = [&](const std::string& from, const std::string& to) {
+    std::string text = current;
+    text.replace(text.find(from), from.size(), to);
+    return text;
+  };
+  struct {
+    std::string text;
+    int status;
+    const char* part;
+  } const cases[] = {
+      {with("<std:intval>220</std:intval>", "<std:intval>230</std:intval>"), 6, "version 230"},
+      {with("<std:intval>220</std:intval>", "<std:intval>125</std:intval>"), 3, "ersion"},
+      {with("<std:strval>ISO</std:strval>", "<std:strval>DIN</std:strval>"), 5, "'DIN'"},
+      {ReadWholeFile(LegacyText("ISO")), 3, "XML"},
+      {"", 3, "empty"},
+  };
+  for (const auto& test : cases) {
+    const std::string file = folder.Write("in.xml", test.text);
+    ExpectFailure(RunTool({"upgrade", file, "-o", folder / "out.xml"}), test.status,
+                  {"in.xml", test.part});
+    ExpectFailure(RunTool({"upgrade", file, "--in-place"}), test.status, {"in.xml", test.part});
+    EXPECT_EQ(ReadWholeFile(file), test.text);
+    EXPECT_FALSE(std::filesystem::exists(folder / "out.xml"));
+  }
+}
+
+TEST(Upgrade, TargetsMustBeOneAndMustNotBeTheStandardItself) {
+  const TemporaryFolder folder;
+  const std::string file = SiteStandard(folder, "60");
+  const std::vector<std::pair<std::vector<std::string>, int>> cases = {
+      {{"upgrade", file}, 2},
+      {{"upgrade", file, "-o", "a.xml", "--in-place"}, 2},
+      {{"upgrade", file, "-o", "a.xml", "-d", "b"}, 2},
+      {{"upgrade", file, file, "-o", "a.xml"}, 2},
+      {{"upgrade", "-", "--in-place"}, 2},
+      {{"upgrade", file, "-o", "a.xml", "--to", "0"}, 2},
+      {{"upgrade", file, "-o", "a.xml", "--to", "221"}, 2},
+      {{"upgrade", file, "-o", "a.xml", "--to", "new"}, 2},
+      {{"upgrade", file, "-o", file}, 5},
+      {{"upgrade", file, "-d", folder.Path().string()}, 5},
+      {{"upgrade", file, "-o", "/dev/full"}, 4},
+  };
+  for (const auto& [arguments, status] : cases) {
+    EXPECT_EQ(RunTool(arguments).status, status) << testing::PrintToString(arguments);
+  }
+}
+
+TEST(Upgrade, StandardInputGivesTheSameAsTheFile) {
+  const TemporaryFolder folder;
+  const std::string file = SiteStandard(folder, "60");
+  ASSERT_EQ(RunTool({"upgrade", file, "-o", folder / "a.xml"}).status, 0);
+  ASSERT_EQ(
+      RunTool({"upgrade", "-", "-o", folder / "b.xml"}, {.input = ReadWholeFile(file)}).status, 0);
+  EXPECT_EQ(ReadWholeFile(folder / "a.xml"), ReadWholeFile(folder / "b.xml"));
+}
+
+TEST(Upgrade, WhatTheLibraryHadToGuessIsWarnedOf) {
+  const TemporaryFolder folder;
+  const std::string file = SiteStandard(folder, "90");
+  ASSERT_EQ(RunTool({"edit", file, "--in-place", "-c",
+                     "change Root.Styles.Text.Default.Text.Blanking:Sometimes"})
+                .status,
+            0);
+  const ToolRun run = RunTool({"upgrade", file, "-o", folder / "new.xml"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.err, HasSubstr("warning: Migrate17To18n1X1: Unknown old value"));
+}
+
+TEST(Convert, StopsAtTheVersionThatIsAskedForAndMakesAShippedStandard) {
+  const TemporaryFolder folder;
+  const std::string file = folder / "out.xml";
+  for (const int version : {1, 2, 30, 60, 110, 220}) {
+    ASSERT_EQ(
+        RunTool({"convert", LegacyText("ISO"), "-o", file, "--to", std::to_string(version)}).status,
+        0);
+    EXPECT_EQ(ParsedJson(RunTool({"info", file, "--json"}))[0]["version"], version);
+  }
+  ASSERT_EQ(RunTool({"convert", LegacyText("ISO"), "-o", file}).status, 0);
+  EXPECT_EQ(RunTool({"get", file, "View.ViewName.TextStyleName"}).out, "Default\n");
+  ASSERT_EQ(RunTool({"convert", LegacyText("ISO"), "-o", file, "--shipped"}).status, 0);
+  EXPECT_EQ(RunTool({"get", file, "View.ViewName.TextStyleName"}).out, "ViewText\n");
+}

@@ -1,0 +1,25 @@
+#include "UpgradeOptions.h"
+
+VyrDrwParseStandardUpgradeOptions UpgradeOptions::ForLibrary() const {
+  VyrDrwParseStandardUpgradeOptions options;
+  options.OOTBStandard = isShipped ? 1 : 0;
+  return options;
+}
+
+void AddUpgradeOptions(CLI::App& command, UpgradeOptions& options) {
+  const int current = VyrDrwParseStandard::GetCurrentVersion();
+  command
+      .add_option("--to", options.target,
+                  "Format version to stop at; default " + std::to_string(current))
+      ->type_name("VERSION")
+      ->check(CLI::Range(1, current));
+  command.add_flag("--shipped", options.isShipped,
+                   "Treat as a shipped standard: old shipped values become the new ones");
+}
+
+void WarnOfReports(const Session& session, const std::string& file, const std::string& step,
+                   const ReportRecorder& recorder, std::size_t from) {
+  for (std::size_t i = from; i < recorder.failedChecks.size(); ++i) {
+    session.Warn(file, step + ": " + recorder.failedChecks[i]);
+  }
+}

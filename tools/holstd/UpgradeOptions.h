@@ -1,0 +1,23 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "Reports.h"
+#include "Session.h"
+#include "VyrDrwParseStandard.h"
+
+/// How far a standard is brought up, and as whose.
+struct UpgradeOptions {
+  int target = -1;         ///< format version; -1: the current one
+  bool isShipped = false;  ///< as one of the shipped standards, not as a site's
+
+  VyrDrwParseStandardUpgradeOptions ForLibrary() const;
+};
+
+/// --to VERSION and --shipped.
+void AddUpgradeOptions(CLI::App& command, UpgradeOptions& options);
+
+/// Warns of what the library met while it changed a standard: it goes on where a person may want to
+/// look.
+void WarnOfReports(const Session& session, const std::string& file, const std::string& step,
+                   const ReportRecorder& recorder, std::size_t from);
