@@ -10,7 +10,7 @@
 struct Ratio {
   std::string what;
   std::string measured;  // name of a benchmark
-  std::string peer;
+  std::string peer;      // empty: the figure itself, divided by `sizeRatio`
   double most;           // what we promise; 0 promises nothing
   double sizeRatio = 1;  // how much more there was to do than in the peer
 };

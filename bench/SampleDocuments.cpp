@@ -32,7 +32,7 @@ VyrAnnStandardXMLParser ConvertedIso() {
   VyrDrwParseStandard standard(HOL_STANDARDS "/legacy/ISO.txt");
   VyrDrwParseStandardUpgradeOptions options;
   VyrAnnStandardXMLParser document;
-  if (standard.DecodeText() < 0 || standard.EncodeToFile(path.c_str(), -1, options) < 0 ||
+  if (standard.DecodeText() < 0 || standard.EncodeToFile(path.c_str(), 1, options) < 0 ||
       document.DecodeXML(path, 1) != 0) {
     Stop("the shipped ISO standard cannot be converted");
   }

@@ -24,11 +24,12 @@ void RatioReporter::PrintRatios() const {
   for (const Ratio& ratio : Ratios()) {
     const auto measured = medians_.find(ratio.measured);
     const auto peer = medians_.find(ratio.peer);
-    if (measured == medians_.end() || peer == medians_.end()) {
+    const bool isRatio = !ratio.peer.empty();
+    if (measured == medians_.end() || (isRatio && peer == medians_.end())) {
       std::printf("%-58s %9s\n", ratio.what.c_str(), "not run");
       continue;
     }
-    const double value = measured->second / peer->second / ratio.sizeRatio;
+    const double value = measured->second / (isRatio ? peer->second : 1.0) / ratio.sizeRatio;
     std::printf("%-58s %9.3f ", ratio.what.c_str(), value);
     if (ratio.most > 0) {
       std::printf("%9.2f  %s\n", ratio.most, value <= ratio.most ? "kept" : "NOT KEPT");
