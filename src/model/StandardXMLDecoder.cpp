@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "StandardXMLFormat.h"
-#include "VyrAnnStandardXMLParserDOMCodec.h"
+#include "VyrAnnStandardXMLParserDOMCodecUnit.h"
 #include "VyrDftXMLNodeID.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "StandardXMLFormat.h"
-#include "VyrAnnStandardXMLParserDOMCodec.h"
+#include "VyrAnnStandardXMLParserDOMCodecUnit.h"
 
 namespace {
 

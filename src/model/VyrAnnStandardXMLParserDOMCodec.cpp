@@ -4,18 +4,11 @@
 
 #include "StandardXMLDecoder.h"
 #include "StandardXMLEncoder.h"
+#include "VyrAnnStandardXMLParserDOMCodecUnit.h"
 #include "VyrFiles.h"
 #include "VyrXMLDOM.h"
 
-VyrTrace& XMLCodecTrace() {
-  static VyrTrace trace("DftStdDOMCodec", "VyrAnnStandardXMLParserDOMCodec traces");
-  return trace;
-}
-
 namespace {
-
-// Made when the library loads, so that a host finds the channel by name before it is first used.
-[[maybe_unused]] const VyrTrace& registeredTrace = XMLCodecTrace();
 
 void TraceOptions(VyrIXMLDOMDocumentBuilder& builder) {
   VyrTrace& trace = XMLCodecTrace();

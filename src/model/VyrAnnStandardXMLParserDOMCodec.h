@@ -2,8 +2,6 @@
 
 #include "VyrAnnStandardXMLNode.h"
 #include "VyrAnnStandardXMLParserCodec.h"
-#include "VyrDiagnostics.h"
-#include "VyrTrace.h"
 
 /// The codec of standard XML files.
 class VyrAnnStandardXMLParserDOMCodec final : public VyrAnnStandardXMLParserCodec {
@@ -34,7 +32,3 @@ class VyrAnnStandardXMLParserDOMCodecFactory final : public VyrAnnStandardXMLPar
     return new VyrAnnStandardXMLParserDOMCodec();
   }
 };
-
-/// The source unit that the codec's failed checks name.
-inline constexpr VyrSourceUnit kXMLCodecUnit("VyrAnnStandardXMLParserDOMCodec");
-VyrTrace& XMLCodecTrace();
