@@ -13,7 +13,9 @@ if(HOL_DEVELOPMENT_BUILD)
   target_compile_definitions(hol_options INTERFACE HOL_DEVELOPMENT_BUILD)
 endif()
 if(HOL_SANITIZERS)
+  # What the sanitizers add confuses GCC's look for uninitialized variables in the standard library.
   target_compile_options(hol_options INTERFACE -fsanitize=${HOL_SANITIZERS}
-                                               -fno-sanitize-recover=all -fno-omit-frame-pointer)
+                                               -fno-sanitize-recover=all -fno-omit-frame-pointer
+                                               -Wno-maybe-uninitialized)
   target_link_options(hol_options INTERFACE -fsanitize=${HOL_SANITIZERS})
 endif()
