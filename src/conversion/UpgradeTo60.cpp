@@ -33,7 +33,7 @@ constexpr MovedValue kMovedRoughnessValues[] = {
     {"Font.Size", "Font.Size"},
 };
 
-/// What an old contact text says of the specification line and of the sign for all surfaces.
+/// What an old contact text says of the line for requirements and of the sign for all surfaces.
 struct ContactMeaning {
   std::string_view contact;
   const char* specificationLine;
