@@ -6,6 +6,7 @@
 
 #include "EngineeringSymbolTables.h"
 #include "EngineeringSymbolUses.h"
+#include "InstanceFields.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrDrwParseStandardUnit.h"
@@ -56,11 +57,6 @@ constexpr const char* kSymbolsOf220[] = {"<MinimaxFeat>",
 const EngineeringSymbol* Described(std::string_view tag) {
   const EngineeringSymbol* symbol = OpenTypeSymbols().Find(tag);
   return symbol != nullptr ? symbol : FurtherSymbols().Find(tag);
-}
-
-void AddField(Node& entry, Value::Type type, const char* name, std::string_view text) {
-  const VyrAnnStandardXMLValue_var value(new Value(type, text, name, 0));
-  entry.AddValue(value.Get(), -1);
 }
 
 std::string_view TagOf(const Node& entry) {

@@ -3,6 +3,7 @@
 
 #include "ConversionTables.h"
 #include "EngineeringSymbolSteps.h"
+#include "InstanceFields.h"
 #include "UpgradeStep.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseStandard.h"
@@ -16,12 +17,6 @@ using Node = VyrAnnStandardXMLNode;
 using Value = VyrAnnStandardXMLValue;
 
 constexpr const char* kViewColor = "Root.General.SheetColors.View.Color";
-
-/// Adds a value to a node directly, as the fields of an instance are held.
-void AddField(Node& node, Value::Type type, const char* name, const std::string& text) {
-  const VyrAnnStandardXMLValue_var value(new Value(type, text, name, 0));
-  node.AddValue(value.Get(), -1);
-}
 
 }  // namespace
 
