@@ -1,11 +1,8 @@
 #pragma once
 
-#include <vector>
-
 #include "HolStandardInfraExport.h"
+#include "VyrListValVyrUnicodeString.h"
 #include "VyrUnicodeString.h"
-
-using VyrListValVyrUnicodeString = std::vector<VyrUnicodeString>;
 
 /// A dotted parameter path ("Dimension.ParentStandard") as its components.
 ///

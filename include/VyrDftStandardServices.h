@@ -1,0 +1,77 @@
+#pragma once
+
+#include "HolStandardInfraExport.h"
+#include "VyrDrwStdSheetFormat.h"
+#include "VyrIDftStandard.h"
+#include "VyrIDrwStandard.h"
+#include "VyrListValVyrUnicodeString.h"
+#include "VyrResult.h"
+#include "VyrUnicodeString.h"
+
+/// Finds standards, opens them, classifies them, and reads their sheet formats. All operations are
+/// static; the only state is one handle for each of the shipped standards ISO, JIS and ASME.
+class HOLSTANDARDINFRA_EXPORT VyrDftStandardServices {
+ public:
+  VyrDftStandardServices() = delete;
+
+  /// Copies a standard into the working directory (the environment variable "WOB_ODT_OUT", else
+  /// "VyrTemp") and hands out the path of the copy, directory and name joined by a backslash: a
+  /// new text that the caller frees with `delete[]`. 0 when the copy can be read, 69 when not, 1
+  /// for a null argument. `*pathname` must be null, anything else is fatal. `unused` means nothing.
+  static int FindStandardFileInEnv(const char* name, char** pathname, unsigned char unused = 0);
+  /// The files of all standards that the host knows, full paths without ".xml", each once.
+  static void ListStandards(VyrListValVyrUnicodeString& names, unsigned char unused = 0);
+  /// "ANSI-ASME", "ISO" and "JIS": the standards shipped with the library.
+  static void ListOOTBStandards(VyrListValVyrUnicodeString& names);
+  /// Appends the base names of the files of a folder whose names contain "." and `ext`, but none
+  /// that the list has. With `skipAnsi`, files of ANSI standards are left out.
+  static void ListFilesInDirectory(const char* dir, const char* ext,
+                                   VyrListValVyrUnicodeString& names, unsigned char skipAnsi);
+  /// The same, by parent standard; files of others are left out.
+  static void ListXMLStdInDirectory(const char* dir, const char* ext,
+                                    VyrListValVyrUnicodeString& iso,
+                                    VyrListValVyrUnicodeString& jis,
+                                    VyrListValVyrUnicodeString& asme);
+
+  /// The shipped standard "ISO", "JIS" or "ASME", opened when first asked for and kept. Null for
+  /// any other name, and, reported, when it is not found. `unused` means nothing.
+  static VyrIDrwStandard_var GetOOTBStandard(const VyrUnicodeString& name, int unused = 0);
+  /// Gives back the shipped standards that are kept, for a host that is about to end or that wants
+  /// them read anew.
+  static void ReleaseOOTBStandards();
+  /// Opens a file as a standard of that name. Queries of a standard whose file cannot be read,
+  /// which is reported, find nothing.
+  static VyrIDrwStandard_var GetStandardFromFile(const VyrUnicodeString& fileName,
+                                                 const VyrUnicodeString& name);
+  /// Parent standard ("ISO", ...) and format version of a file; empty and 0 when it cannot be read.
+  static void GetStandardClassAndVersion(VyrUnicodeString& fileName,
+                                         VyrUnicodeString& standardClass, int& version);
+
+  /// The last name of a dotted path; empty for a path without a dot or with one at its end only.
+  static VyrUnicodeString GetAttributeSingleName(VyrUnicodeString path);
+  /// What comes before the last name; empty for a path without a dot.
+  static VyrUnicodeString GetFatherNode(VyrUnicodeString path);
+
+  /// Row (0 to 176) of a keyword, or of a legacy parameter name, in the table of the old parameter
+  /// set; -1 for an empty or unknown one.
+  static int GetIndexFromKeyword(const VyrUnicodeString& keyword);
+  static int GetIndexFromParam(const VyrUnicodeString& parameter);
+  /// The other name of the same row; empty when there is no such row.
+  static VyrUnicodeString GetKeywordFromParam(const VyrUnicodeString& parameter);
+  static VyrUnicodeString GetParamFromKeyword(const VyrUnicodeString& keyword);
+
+  /// `E_FAIL` for an unknown word or number; the output is then left alone.
+  static HRESULT GetEnumFromName(const VyrUnicodeString& name,
+                                 VyrFormatOrientationsType& orientation);
+  static HRESULT GetNameFromEnum(VyrFormatOrientationsType orientation, VyrUnicodeString& name);
+
+  /// The sheet format at a 1-based index. Fails with the first of its fields that cannot be read.
+  static HRESULT GetFormatData(VyrIDftStandard& standard, int index, VyrDrwStdSheetFormat& format);
+  /// All sheet formats of a standard: a new array of `count` that the caller frees with `delete[]`.
+  /// `*formats` must be null. All of them or none.
+  static HRESULT GetSheetFormats(VyrIDftStandard* standard, VyrDrwStdSheetFormat** formats,
+                                 int& count);
+
+ private:
+  static HRESULT GetEnumNames(VyrListValVyrUnicodeString& names);
+};

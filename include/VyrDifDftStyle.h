@@ -1,0 +1,44 @@
+#pragma once
+
+#include "HolStandardInfraExport.h"
+#include "VyrBaseUnknown.h"
+#include "VyrIDftStyle.h"
+#include "VyrIDftStyleManager.h"
+#include "VyrIDrwStandard.h"
+#include "VyrInstanceCounter.h"
+
+/// A style of a standard: answers by asking the standard below the style's own path.
+class HOLSTANDARDINFRA_EXPORT VyrDifDftStyle
+    : public VyrFrameworkClass<VyrDifDftStyle, VyrImplements<VyrIDftStyle>>,
+      VyrCountedInstance<VyrDifDftStyle> {
+ public:
+  static constexpr const char* kClassName = "VyrDifDftStyle";
+  static constexpr const char* kLibrary = "HolStandardInfra";
+
+  VyrDifDftStyle() = default;
+
+  HRESULT GetName(unsigned short** name) override;
+  HRESULT GetType(unsigned short** type) override;
+  HRESULT GetValue(const char* path, int index, int& value) override;
+  HRESULT GetValue(const char* path, int index, double& value) override;
+  HRESULT GetValue(const char* path, int index, VyrUnicodeString& value) override;
+  HRESULT GetValue(const char* path, int* values, int* count) override;
+  HRESULT GetValue(const char* path, double* values, int* count) override;
+  HRESULT GetValue(const char* path, VyrUnicodeString** values, int* count) override;
+  HRESULT GetValueType(const char* path, VyrDftStandardValueType* type, int* count) override;
+  unsigned char HasNode(const char* path) override;
+  int GetStdVersion() override;
+  HRESULT GetStyleManager(VyrIDftStyleManager** manager) override;
+  /// Makes it the style `name` of the objects of `type`, once. `E_INVALIDARG` for a null standard,
+  /// `E_FAIL` the second time.
+  virtual HRESULT Initialize(VyrIDrwStandard_var& standard, VyrUnicodeString name,
+                             VyrUnicodeString type);
+
+ protected:
+  ~VyrDifDftStyle() override = default;
+
+ private:
+  VyrIDrwStandard_var standard_;
+  VyrUnicodeString name_;
+  VyrUnicodeString type_;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "VyrIDftStyle.h"
+#include "VyrIUnknownList.h"
+#include "VyrUnknown.h"
+#include "VyrVar.h"
+
+/// The styles of a standard, by object type ("Text", "Table", "Balloon", "Arrow", "Sheet") and
+/// name. Texts are zero-terminated UTF-16; those handed out are freed by the caller with
+/// `delete[]`. `extra` may be null and means nothing here. `E_INVALIDARG` for an empty type or name
+/// and for an output that does not point to null.
+class VyrIDftStyleManager : public IUnknown {
+ public:
+  static constexpr IID kIid = {0x6a1f0002, 0x21d4, 0x4b0e, {0x9c, 0x55, 1, 2, 3, 4, 5, 6}};
+
+  /// A style object with a reference for the caller. Whether the standard has such a style is told
+  /// by its queries alone.
+  virtual HRESULT GetStyle(const unsigned short* name, const unsigned short* type,
+                           VyrIDftStyle** style) = 0;
+  /// All styles of a type, or of every type when it is empty: then "Sheet" first and "Text" last.
+  virtual HRESULT GetAvailableStyles(const unsigned short* type, VyrIUnknownList** list,
+                                     const unsigned short* extra) = 0;
+  /// A place that no standard answers: `E_NOTIMPL`, reported.
+  virtual HRESULT ReservedN() = 0;
+  /// Format version of the standard.
+  virtual HRESULT GetVersion(int* version) = 0;
+  /// Name of the style that new objects of a type get; "Default" until another was set.
+  virtual HRESULT GetCurrentStyle(const unsigned short* type, unsigned short** name,
+                                  const unsigned short* extra) = 0;
+  /// Whether the standard has the style is not looked at.
+  virtual HRESULT SetCurrentStyle(const unsigned short* type, const unsigned short* name,
+                                  const unsigned short* extra) = 0;
+  virtual HRESULT ReservedO() = 0;
+
+ protected:
+  ~VyrIDftStyleManager() = default;
+};
+using VyrIDftStyleManager_var = VyrVar<VyrIDftStyleManager>;

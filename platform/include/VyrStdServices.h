@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "HolStandardInfraExport.h"
+#include "VyrListValVyrUnicodeString.h"
+#include "VyrResult.h"
+
+/// The host's container of standard files: a list of folders in which a standard NAME is the file
+/// NAME.xml, the first folder that has one deciding.
+///
+/// By default the folders are those of the environment variable "VYR_STANDARD_PATH" (separated by
+/// ":"), then the folder of the shipped standards, which is found from where the library itself
+/// lies. All standards are of the type "drafting".
+class HOLSTANDARDINFRA_EXPORT VyrStdServices {
+ public:
+  VyrStdServices() = delete;
+
+  /// Full paths of all standard files of a type: folder after folder, by name within one, without
+  /// those that a folder before hides. A new list that the caller deletes; null when `type` is
+  /// null. Folders that do not exist count as empty; one that cannot be read is reported.
+  static VyrListValVyrUnicodeString* GetStandardFiles(const char* type);
+  /// Copies a standard to the file `targetPath` with the time of its source, or leaves that file
+  /// alone when it is the same already. `E_INVALIDARG` for what is no standard name (see below),
+  /// `E_FAIL` when there is no such standard or it cannot be copied; the target is then as it was.
+  static HRESULT CopyStandard(const char* name, const char* type, const char* targetPath);
+  /// False for names that could lead out of a folder: empty ones, those with a separator, a control
+  /// character or "..".
+  static bool IsStandardName(std::string_view name);
+
+  /// The folders that are searched, in order.
+  static std::vector<std::string> GetFolders();
+  /// Replaces the folders; an empty list restores the default.
+  static void SetFolders(std::vector<std::string> folders);
+};
