@@ -12,3 +12,7 @@ struct SampleDocument {
 
 /// About 150 KB and about 12 MB.
 const std::array<SampleDocument, 2>& SampleDocuments();
+
+/// The shipped ISO standard, and one of about 12 MB in which the paths of the shipped one find the
+/// same: all it has more are branches under other names.
+const std::array<SampleDocument, 2>& QueryDocuments();

@@ -30,9 +30,9 @@ void RatioReporter::PrintRatios() const {
       continue;
     }
     const double value = measured->second / (isRatio ? peer->second : 1.0) / ratio.sizeRatio;
-    std::printf("%-58s %9.3f ", ratio.what.c_str(), value);
+    std::printf("%-58s %9.4f ", ratio.what.c_str(), value);
     if (ratio.most > 0) {
-      std::printf("%9.2f  %s\n", ratio.most, value <= ratio.most ? "kept" : "NOT KEPT");
+      std::printf("%9.3f  %s\n", ratio.most, value <= ratio.most ? "kept" : "NOT KEPT");
     } else {
       std::printf("%9s\n", "-");
     }

@@ -14,7 +14,7 @@ struct VyrDiagnosticSinks {
   Sink print;     ///< failed checks in a development-stage run, before the abend log
   Sink errorLog;  ///< failed checks in an ordinary run
   Sink abendLog;  ///< conditions that end a development-stage run; the default aborts the process
-                  ///< there, and only there
+                  ///< there, and for fatal errors in any run
   Sink trace;     ///< lines of the trace channels and of the enumeration check
 };
 
@@ -28,6 +28,9 @@ HOLSTANDARDINFRA_EXPORT void VyrSetDevelopmentStage(bool development);
 
 HOLSTANDARDINFRA_EXPORT void VyrSysLogError(std::string_view text);
 HOLSTANDARDINFRA_EXPORT void VyrSysLogAbend(std::string_view text);
+/// For a caller's mistake that no run may survive: sends `text` to the abend log and, unless a host
+/// receives that itself, aborts the process in every stage. May return.
+HOLSTANDARDINFRA_EXPORT void VyrFatalError(std::string_view text);
 /// Writes to the sink of the trace channels.
 HOLSTANDARDINFRA_EXPORT void VyrTraceOutput(std::string_view text);
 

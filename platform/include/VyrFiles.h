@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,4 +26,19 @@ HOLSTANDARDINFRA_EXPORT std::string VyrReadFile(VyrUnicodeView path, std::string
 /// Replaces the content of a file, or makes the file: written beside it, flushed to the disk, then
 /// renamed over it, so that whatever happens the path holds either the old or the whole new
 /// content. Permissions are kept, and a symbolic link stays one and its target is replaced.
-HOLSTANDARDINFRA_EXPORT std::string VyrSaveFile(VyrUnicodeView path, std::string_view content);
+/// With a `modificationTime` (as `VyrModificationTime` gives it) the new content is never seen with
+/// another one; a pipe or a device, which is written through, has no use for it.
+HOLSTANDARDINFRA_EXPORT std::string VyrSaveFile(
+    VyrUnicodeView path, std::string_view content,
+    std::optional<std::int64_t> modificationTime = std::nullopt);
+
+/// When the content was last changed: nanoseconds since the beginning of 1970, UTC; nothing when
+/// there is no such file or its status cannot be read. Symbolic links are followed.
+HOLSTANDARDINFRA_EXPORT std::optional<std::int64_t> VyrModificationTime(VyrUnicodeView path);
+
+/// Sets that time. The file system may keep it less exactly.
+HOLSTANDARDINFRA_EXPORT std::string VyrSetModificationTime(VyrUnicodeView path,
+                                                           std::int64_t nanoseconds);
+
+/// Whether the path leads to something that can be opened for reading and is no folder.
+HOLSTANDARDINFRA_EXPORT bool VyrIsReadableFile(VyrUnicodeView path);

@@ -32,8 +32,8 @@ class VyrIDftStandard : public IUnknown {
   virtual HRESULT GetValue(const char* path, VyrUnicodeString** values, int* count) = 0;
   virtual HRESULT GetValue(const char* path, int index, double& value) = 0;
   /// Numbers of all elements that the path finds, into the caller's array. The array must be large
-  /// enough, which is not checked: `GetValueType` of the element that holds them tells their
-  /// number. Some may have been written when the call fails.
+  /// enough, which is not checked; with null for `values` only their number is told, to size it by.
+  /// Some may have been written when the call fails.
   virtual HRESULT GetValue(const char* path, double* values, int* count) = 0;
   virtual HRESULT GetValue(const char* path, int index, int& value) = 0;
   /// Likewise; a colour is one integer for each of its components.

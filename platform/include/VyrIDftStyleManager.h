@@ -7,8 +7,8 @@
 
 /// The styles of a standard, by object type ("Text", "Table", "Balloon", "Arrow", "Sheet") and
 /// name. Texts are zero-terminated UTF-16; those handed out are freed by the caller with
-/// `delete[]`. `extra` may be null and means nothing here. `E_INVALIDARG` for an empty type or name
-/// and for an output that does not point to null.
+/// `delete[]`. `extra` may be null and means nothing here. `E_INVALIDARG` for an empty type or
+/// name, and for an output that is null or, but for a list, does not point to null.
 class VyrIDftStyleManager : public IUnknown {
  public:
   static constexpr IID kIid = {0x6a1f0002, 0x21d4, 0x4b0e, {0x9c, 0x55, 1, 2, 3, 4, 5, 6}};

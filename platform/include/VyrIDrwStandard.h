@@ -35,7 +35,7 @@ class VyrIDrwStandard : public IUnknown {
   virtual HRESULT ReservedB() = 0;
   virtual HRESULT ReservedC() = 0;
   virtual HRESULT ReservedD() = 0;
-  /// Format version of the standard (0 to 220); below 0 when the file cannot be read.
+  /// Format version of the standard (0 to 220); 0 when the file cannot be read.
   virtual int GetVersion() = 0;
   /// How annotations are placed; standards know one way only, 0.
   virtual HRESULT GetAnnotationMode(int* mode) = 0;

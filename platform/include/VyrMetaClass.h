@@ -21,6 +21,9 @@ class HOLSTANDARDINFRA_EXPORT VyrMetaClass {
   const char* GetName() const { return name_; }
   const char* GetLibrary() const { return library_; }
   const VyrMetaClass* GetBase() const { return base_; }
+  /// Name of the class that this one extends once both are loaded. "VyrNull", as for every class
+  /// here: it extends none.
+  const char* GetLateType() const { return "VyrNull"; }
   /// True for the class itself and for every class below it.
   bool IsAKindOf(std::string_view className) const;
   /// Identifier derived from the class name: the same in every process and release.

@@ -5,7 +5,9 @@
 #include <utility>
 
 #include "VyrFiles.h"
+#include "VyrXMLNameIndex.h"
 #include "VyrXMLReader.h"
+#include "VyrXPathExpression.h"
 #include "VyrXPathMirror.h"
 
 VyrDOMDocument::VyrDOMDocument(VyrXMLTree tree) : tree_(std::move(tree)) {}
@@ -19,11 +21,16 @@ HRESULT VyrDOMDocument::GetDocumentElement(VyrIDOMElement_var& element) {
 
 HRESULT VyrDOMDocument::CreateExpression(VyrUnicodeView expression,
                                          VyrIXMLXPathExpression_var& created) {
-  created = VyrMakeXPathExpression(VyrDOMDocument_var::Share(this), expression);
+  created = VyrMakeXPathExpression(*this, expression);
   return S_OK;
 }
 
-const VyrXPathMirror& VyrDOMDocument::Mirror() {
+const VyrXMLNameIndex& VyrDOMDocument::NameIndex() {
+  if (!nameIndex_) nameIndex_ = std::make_unique<VyrXMLNameIndex>(tree_);
+  return *nameIndex_;
+}
+
+VyrXPathMirror& VyrDOMDocument::Mirror() {
   if (!mirror_) mirror_ = std::make_unique<VyrXPathMirror>(tree_);
   return *mirror_;
 }

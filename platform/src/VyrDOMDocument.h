@@ -8,6 +8,7 @@
 #include "VyrXMLDOM.h"
 #include "VyrXPath.h"
 
+class VyrXMLNameIndex;
 class VyrXPathMirror;
 
 /// A parsed document: owns the flat tree that every node is a view of.
@@ -26,13 +27,16 @@ class VyrDOMDocument final
   const VyrXMLTree& Tree() const { return tree_; }
   VyrDOMDocument& Document() { return *this; }
   static constexpr VyrXMLTree::Index Item() { return VyrXMLTree::kDocument; }
-  /// The document in the form that expressions are evaluated on, made when first asked for.
-  const VyrXPathMirror& Mirror();
+  /// What answers the usual expressions, made when first asked for.
+  const VyrXMLNameIndex& NameIndex();
+  /// What answers all others, made when first asked for.
+  VyrXPathMirror& Mirror();
 
  protected:
   ~VyrDOMDocument() override;
 
  private:
   VyrXMLTree tree_;
+  std::unique_ptr<VyrXMLNameIndex> nameIndex_;
   std::unique_ptr<VyrXPathMirror> mirror_;
 };

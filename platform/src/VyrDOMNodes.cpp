@@ -56,8 +56,9 @@ class DOMAttribute final : public VyrImplements<VyrIDOMAttr>,
  public:
   static constexpr const char* kClassName = "VyrDOMAttribute";
 
-  DOMAttribute(VyrDOMDocument& document, Tree::Index element, std::size_t attribute)
-      : NodePlace(document, element), attribute_(TreeOf().GetAttributes(element)[attribute]) {}
+  DOMAttribute(VyrDOMDocument& document, const VyrDOMPlace& place)
+      : NodePlace(document, place.item),
+        attribute_(TreeOf().GetAttributes(place.item)[place.attribute]) {}
 
   HRESULT QueryInterface(const IID& iid, void** object) override {
     return VyrImplements::QueryInterface(iid == VyrIDOMNode::kIid ? VyrIDOMAttr::kIid : iid,
@@ -90,7 +91,7 @@ class DOMAttribute final : public VyrImplements<VyrIDOMAttr>,
     return S_OK;
   }
   HRESULT GetChildNodes(VyrIDOMNodeList_var& children) override {
-    children = new VyrDOMNodeList(VyrDOMDocument_var::Share(&Document()), {});
+    children = new VyrDOMNodeList<Tree::Index>(Document(), {});
     return S_OK;
   }
   HRESULT GetAttributes(VyrIDOMNamedNodeMap_var& attributes) override {
@@ -121,7 +122,7 @@ class DOMAttributeMap final : public VyrImplements<VyrIDOMNamedNodeMap>,
   }
   HRESULT Item(unsigned int index, VyrIDOMNode_var& node) override {
     if (index >= TreeOf().GetAttributes(NodePlace::Item()).size()) return E_INVALIDARG;
-    node = VyrMakeDOMAttribute(Document(), NodePlace::Item(), index);
+    node = VyrMakeDOMNode(Document(), VyrDOMPlace{NodePlace::Item(), index});
     return S_OK;
   }
   HRESULT GetNamedItem(VyrUnicodeView name, VyrIDOMNode_var& node) override {
@@ -131,6 +132,61 @@ class DOMAttributeMap final : public VyrImplements<VyrIDOMNamedNodeMap>,
     }
     return E_INVALIDARG;
   }
+};
+
+/// Children of a node, found as they are asked for: most often the first, or one after the other.
+class DOMChildList final : public VyrImplements<VyrIDOMNodeList>,
+                           NodePlace,
+                           VyrCountedInstance<DOMChildList> {
+ public:
+  static constexpr const char* kClassName = "VyrDOMChildList";
+
+  DOMChildList(VyrDOMDocument& document, Tree::Index parent)
+      : NodePlace(document, parent), child_(TreeOf().GetFirstChild(parent)) {}
+
+  HRESULT GetLength(unsigned int& length) override {
+    if (length_ == kUnknown) length_ = Count();
+    length = length_;
+    return S_OK;
+  }
+
+  HRESULT Item(unsigned int index, VyrIDOMNode_var& node) override {
+    // A child does not know the one before it, so a walk backwards needs them all.
+    if (index < index_ && children_.empty()) List();
+    const Tree::Index child = children_.empty()          ? WalkTo(index)
+                              : index < children_.size() ? children_[index]
+                                                         : Tree::kNone;
+    if (child == Tree::kNone) return E_INVALIDARG;
+    node = VyrMakeDOMNode(Document(), child);
+    return S_OK;
+  }
+
+ private:
+  static constexpr unsigned int kUnknown = ~0u;
+
+  unsigned int Count() const {
+    unsigned int count = 0;
+    Tree::Index child = TreeOf().GetFirstChild(NodePlace::Item());
+    for (; child != Tree::kNone; child = TreeOf().GetNextSibling(child)) ++count;
+    return count;
+  }
+
+  void List() {
+    Tree::Index child = TreeOf().GetFirstChild(NodePlace::Item());
+    for (; child != Tree::kNone; child = TreeOf().GetNextSibling(child)) children_.push_back(child);
+  }
+
+  Tree::Index WalkTo(unsigned int index) {
+    for (; index_ < index && child_ != Tree::kNone; ++index_) {
+      child_ = TreeOf().GetNextSibling(child_);
+    }
+    return child_;
+  }
+
+  Tree::Index child_;  // the child asked for last
+  unsigned int index_ = 0;
+  unsigned int length_ = kUnknown;
+  std::vector<Tree::Index> children_;
 };
 
 }  // namespace
@@ -146,9 +202,9 @@ VyrIDOMNode_var VyrMakeDOMNode(VyrDOMDocument& document, Tree::Index item) {
   }
 }
 
-VyrIDOMNode_var VyrMakeDOMAttribute(VyrDOMDocument& document, Tree::Index element,
-                                    std::size_t attribute) {
-  return VyrIDOMNode_var(new DOMAttribute(document, element, attribute));
+VyrIDOMNode_var VyrMakeDOMNode(VyrDOMDocument& document, const VyrDOMPlace& place) {
+  if (place.attribute == VyrDOMPlace::kNoAttribute) return VyrMakeDOMNode(document, place.item);
+  return VyrIDOMNode_var(new DOMAttribute(document, place));
 }
 
 VyrDOMNodeType VyrDOMNodeAnswers::Type() const {
@@ -206,16 +262,7 @@ VyrIDOMNode_var VyrDOMNodeAnswers::ParentNode() const {
 }
 
 VyrIDOMNodeList_var VyrDOMNodeAnswers::ChildNodes() const {
-  std::vector<VyrDOMNodeList::Place> places;
-  const Tree& tree = document_.Tree();
-  const bool mayHaveChildren =
-      Type() == VyrDOMNodeType::Element || Type() == VyrDOMNodeType::Document;
-  for (Tree::Index child = mayHaveChildren ? tree.GetFirstChild(item_) : Tree::kNone;
-       child != Tree::kNone; child = tree.GetNextSibling(child)) {
-    places.push_back({child});
-  }
-  return VyrIDOMNodeList_var(
-      new VyrDOMNodeList(VyrDOMDocument_var::Share(&document_), std::move(places)));
+  return VyrIDOMNodeList_var(new DOMChildList(document_, item_));
 }
 
 VyrIDOMNamedNodeMap_var VyrDOMNodeAnswers::Attributes() const {
@@ -227,21 +274,25 @@ VyrIDOMDocument_var VyrDOMNodeAnswers::OwnerDocument() const {
   return VyrIDOMDocument_var::Share(&document_);
 }
 
-VyrDOMNodeList::VyrDOMNodeList(VyrDOMDocument_var document, std::vector<Place> places)
-    : document_(std::move(document)), places_(std::move(places)) {}
+template <class Place>
+VyrDOMNodeList<Place>::VyrDOMNodeList(VyrDOMDocument& document, std::vector<Place> places)
+    : document_(VyrDOMDocument_var::Share(&document)), places_(std::move(places)) {}
 
-VyrDOMNodeList::~VyrDOMNodeList() = default;
+template <class Place>
+VyrDOMNodeList<Place>::~VyrDOMNodeList() = default;
 
-HRESULT VyrDOMNodeList::GetLength(unsigned int& length) {
+template <class Place>
+HRESULT VyrDOMNodeList<Place>::GetLength(unsigned int& length) {
   length = static_cast<unsigned int>(places_.size());
   return S_OK;
 }
 
-HRESULT VyrDOMNodeList::Item(unsigned int index, VyrIDOMNode_var& node) {
+template <class Place>
+HRESULT VyrDOMNodeList<Place>::Item(unsigned int index, VyrIDOMNode_var& node) {
   if (index >= places_.size()) return E_INVALIDARG;
-  const Place& place = places_[index];
-  node = place.attribute == Place::kNoAttribute
-             ? VyrMakeDOMNode(*document_, place.item)
-             : VyrMakeDOMAttribute(*document_, place.item, place.attribute);
+  node = VyrMakeDOMNode(*document_, places_[index]);
   return S_OK;
 }
+
+template class VyrDOMNodeList<Tree::Index>;
+template class VyrDOMNodeList<VyrDOMPlace>;

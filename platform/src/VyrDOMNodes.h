@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "VyrBaseUnknown.h"
@@ -9,11 +10,17 @@
 class VyrDOMDocument;
 using VyrDOMDocument_var = VyrVar<VyrDOMDocument>;
 
-/// A node of the tree as an object.
+/// A tree item, or an attribute of one.
+struct VyrDOMPlace {
+  static constexpr std::uint32_t kNoAttribute = ~std::uint32_t{0};
+  VyrXMLTree::Index item;
+  /// Place among the element's attributes.
+  std::uint32_t attribute = kNoAttribute;
+};
+
+/// A node of the tree, or an attribute, as an object.
 VyrIDOMNode_var VyrMakeDOMNode(VyrDOMDocument& document, VyrXMLTree::Index item);
-/// An attribute of an element as an object; `attribute` is its place among the element's.
-VyrIDOMNode_var VyrMakeDOMAttribute(VyrDOMDocument& document, VyrXMLTree::Index element,
-                                    std::size_t attribute);
+VyrIDOMNode_var VyrMakeDOMNode(VyrDOMDocument& document, const VyrDOMPlace& place);
 
 /// What every node answers from the tree alone, by the item that it views.
 class VyrDOMNodeAnswers {
@@ -91,20 +98,15 @@ class VyrDOMNodeOf : public VyrImplements<Interfaces...> {
   }
 };
 
-/// Nodes of a document in a fixed order, made as objects one by one when asked for.
+/// Nodes of a document in a fixed order, made as objects one by one when asked for. `Place` tells
+/// where a node is: a tree item, or a `VyrDOMPlace` where attributes may be among them.
+template <class Place>
 class VyrDOMNodeList final : public VyrImplements<VyrIDOMNodeList>,
-                             VyrCountedInstance<VyrDOMNodeList> {
+                             VyrCountedInstance<VyrDOMNodeList<Place>> {
  public:
   static constexpr const char* kClassName = "VyrDOMNodeList";
 
-  /// A tree item, or an attribute of one.
-  struct Place {
-    static constexpr std::size_t kNoAttribute = ~std::size_t{0};
-    VyrXMLTree::Index item;
-    std::size_t attribute = kNoAttribute;
-  };
-
-  VyrDOMNodeList(VyrDOMDocument_var document, std::vector<Place> places);
+  VyrDOMNodeList(VyrDOMDocument& document, std::vector<Place> places);
 
   HRESULT GetLength(unsigned int& length) override;
   HRESULT Item(unsigned int index, VyrIDOMNode_var& node) override;

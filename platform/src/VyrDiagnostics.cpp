@@ -57,6 +57,11 @@ void VyrSysLogAbend(std::string_view text) {
   if (!Sinks().abendLog && VyrDevelopmentStage()) std::abort();
 }
 
+void VyrFatalError(std::string_view text) {
+  Send(Sinks().abendLog, text);
+  if (!Sinks().abendLog) std::abort();
+}
+
 void VyrTraceOutput(std::string_view text) {
   Send(Sinks().trace, text);
 }

@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <utility>
 
 #include "VyrUtf8.h"
@@ -146,14 +148,31 @@ bool TakeOver(int file, const struct stat& replaced) {
   return ::fchmod(file, replaced.st_mode & 07777) == 0;
 }
 
+constexpr std::int64_t kNanosecondsOfSecond = 1'000'000'000;
+
+/// The two times of a file as the operating system takes them: that of access is left alone.
+std::array<timespec, 2> FileTimes(std::int64_t nanoseconds) {
+  std::int64_t seconds = nanoseconds / kNanosecondsOfSecond;
+  std::int64_t rest = nanoseconds % kNanosecondsOfSecond;
+  if (rest < 0) {
+    rest += kNanosecondsOfSecond;
+    --seconds;
+  }
+  return {{{0, UTIME_OMIT}, {static_cast<time_t>(seconds), static_cast<long>(rest)}}};
+}
+
+bool SetTime(int file, std::optional<std::int64_t> nanoseconds) {
+  return !nanoseconds || ::futimens(file, FileTimes(*nanoseconds).data()) == 0;
+}
+
 /// `replaced` is the status of the file there, null when there is none.
 std::string ReplaceFile(const std::string& target, const struct stat* replaced,
-                        std::string_view content) {
+                        std::string_view content, std::optional<std::int64_t> modificationTime) {
   TemporaryFile temporary(target);
   Descriptor& file = temporary.File();
   if (!file.IsOpen() || (replaced != nullptr && !TakeOver(file.Get(), *replaced)) ||
-      !WriteAll(file.Get(), content) || ::fsync(file.Get()) != 0 || !file.Close() ||
-      !temporary.RenameTo(target)) {
+      !WriteAll(file.Get(), content) || !SetTime(file.Get(), modificationTime) ||
+      ::fsync(file.Get()) != 0 || !file.Close() || !temporary.RenameTo(target)) {
     return "cannot be written: " + LastError();
   }
   return {};
@@ -200,7 +219,8 @@ std::string VyrReadFile(VyrUnicodeView path, std::string& content) {
   return problem;
 }
 
-std::string VyrSaveFile(VyrUnicodeView path, std::string_view content) {
+std::string VyrSaveFile(VyrUnicodeView path, std::string_view content,
+                        std::optional<std::int64_t> modificationTime) {
   if (path.empty()) return "no file name is given";
   const std::string native = VyrNativePath(path);
   struct stat status {};
@@ -211,9 +231,33 @@ std::string VyrSaveFile(VyrUnicodeView path, std::string_view content) {
   const std::string target = LinkTarget(native);
   if (target.empty()) return "cannot be written: too many symbolic links";
   if (exists && ::access(target.c_str(), W_OK) != 0) return "cannot be written: " + LastError();
-  const std::string problem = ReplaceFile(target, exists ? &status : nullptr, content);
+  const std::string problem =
+      ReplaceFile(target, exists ? &status : nullptr, content, modificationTime);
   if (!problem.empty()) return problem;
   const std::string folder = fs::path(target).parent_path();
   SyncDirectory(folder.empty() ? "." : folder);
   return {};
+}
+
+std::optional<std::int64_t> VyrModificationTime(VyrUnicodeView path) {
+  struct stat status {};
+  if (::stat(VyrNativePath(path).c_str(), &status) != 0) return std::nullopt;
+  // Some file systems keep any 64 bits; what nanoseconds cannot count is the last that they can.
+  constexpr std::int64_t mostSeconds =
+      std::numeric_limits<std::int64_t>::max() / kNanosecondsOfSecond - 1;
+  const auto seconds = std::clamp<std::int64_t>(status.st_mtim.tv_sec, -mostSeconds, mostSeconds);
+  return seconds * kNanosecondsOfSecond + status.st_mtim.tv_nsec;
+}
+
+std::string VyrSetModificationTime(VyrUnicodeView path, std::int64_t nanoseconds) {
+  const std::string native = VyrNativePath(path);
+  const bool done = ::utimensat(AT_FDCWD, native.c_str(), FileTimes(nanoseconds).data(), 0) == 0;
+  return done ? std::string() : "cannot be given its time: " + LastError();
+}
+
+bool VyrIsReadableFile(VyrUnicodeView path) {
+  // A pipe without a writer must not keep its caller waiting.
+  const Descriptor file(::open(VyrNativePath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  struct stat status {};
+  return file.IsOpen() && ::fstat(file.Get(), &status) == 0 && !S_ISDIR(status.st_mode);
 }

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <map>
 
-#include "VyrDOMDocument.h"
 #include "VyrQuietXML.h"
 
 namespace {
@@ -126,47 +125,20 @@ struct ObjectDeleter {
   void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }
 };
 
-VyrDOMNodeList::Place PlaceOf(const xmlNode* node) {
+VyrDOMPlace PlaceOf(const xmlNode* node) {
   if (node->type != XML_ATTRIBUTE_NODE) {
     return {static_cast<Tree::Index>(FromUserData(node->_private))};
   }
   return {static_cast<Tree::Index>(FromUserData(node->parent->_private)),
-          FromUserData(node->_private)};
+          static_cast<std::uint32_t>(FromUserData(node->_private))};
 }
 
 /// Document order: items are numbered in it, and an element comes before its attributes.
-bool ComesBefore(const VyrDOMNodeList::Place& a, const VyrDOMNodeList::Place& b) {
-  constexpr std::size_t element = VyrDOMNodeList::Place::kNoAttribute;
+bool ComesBefore(const VyrDOMPlace& a, const VyrDOMPlace& b) {
+  constexpr std::uint32_t element = VyrDOMPlace::kNoAttribute;
   if (a.item != b.item) return a.item < b.item;
   return b.attribute != element && (a.attribute == element || a.attribute < b.attribute);
 }
-
-class XPathExpression final : public VyrImplements<VyrIXMLXPathExpression>,
-                              VyrCountedInstance<XPathExpression> {
- public:
-  static constexpr const char* kClassName = "VyrXPathExpression";
-
-  XPathExpression(VyrDOMDocument_var document, VyrUnicodeView expression)
-      : document_(std::move(document)), expression_(expression) {}
-
-  HRESULT DeclareNamespace(VyrUnicodeView prefix, VyrUnicodeView uri) override {
-    if (prefix.empty()) return E_INVALIDARG;
-    namespaces_.emplace_back(prefix, uri);
-    return S_OK;
-  }
-
-  HRESULT Evaluate(VyrIDOMNodeList_var& nodes) override {
-    std::vector<VyrDOMNodeList::Place> places;
-    if (!document_->Mirror().Evaluate(expression_, namespaces_, places)) return E_FAIL;
-    nodes = new VyrDOMNodeList(document_, std::move(places));
-    return S_OK;
-  }
-
- private:
-  VyrDOMDocument_var document_;
-  std::string expression_;
-  VyrXPathMirror::Namespaces namespaces_;
-};
 
 }  // namespace
 
@@ -179,22 +151,23 @@ struct VyrXPathMirror::Document {
   xmlDoc* xml;
 };
 
-VyrXPathMirror::VyrXPathMirror(const Tree& tree) : document_(std::make_unique<Document>(tree)) {}
+VyrXPathMirror::VyrXPathMirror(const Tree& tree) : tree_(tree) {}
 
 VyrXPathMirror::~VyrXPathMirror() = default;
 
-bool VyrXPathMirror::Evaluate(const std::string& expression, const Namespaces& namespaces,
-                              std::vector<VyrDOMNodeList::Place>& places) const {
+bool VyrXPathMirror::Evaluate(const std::string& expression, const VyrXPathNamespaces& namespaces,
+                              std::vector<VyrDOMPlace>& places) {
   const VyrQuietXML quiet;
-  const std::unique_ptr<xmlXPathContext, ContextDeleter> context(
-      xmlXPathNewContext(document_->xml));
-  context->node = reinterpret_cast<xmlNode*>(document_->xml);
+  const std::unique_ptr<xmlXPathContext, ContextDeleter> context(xmlXPathNewContext(nullptr));
   for (const auto& [prefix, uri] : namespaces) {
     xmlXPathRegisterNs(context.get(), Xml(prefix), Xml(uri));
   }
   const std::unique_ptr<xmlXPathCompExpr, ExpressionDeleter> compiled(
       xmlXPathCtxtCompile(context.get(), Xml(expression)));
   if (!compiled) return false;
+  if (!document_) document_ = std::make_unique<Document>(tree_);
+  context->doc = document_->xml;
+  context->node = reinterpret_cast<xmlNode*>(document_->xml);
   // A bare path would be matched by a walk that leaves out what lies deeper than 10,000 levels; in
   // parentheses it means the same and is evaluated like any other expression.
   const std::unique_ptr<xmlXPathObject, ObjectDeleter> result(
@@ -208,9 +181,4 @@ bool VyrXPathMirror::Evaluate(const std::string& expression, const Namespaces& n
   }
   std::sort(places.begin(), places.end(), ComesBefore);
   return true;
-}
-
-VyrIXMLXPathExpression_var VyrMakeXPathExpression(VyrDOMDocument_var document,
-                                                  VyrUnicodeView expression) {
-  return VyrIXMLXPathExpression_var(new XPathExpression(std::move(document), expression));
 }

@@ -2,18 +2,15 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "VyrDOMNodes.h"
-#include "VyrXPath.h"
+#include "VyrXPathNameChain.h"
 
-/// A document in the form of the library that evaluates expressions. Expressions are rare beside
-/// plain walks, so it is made only for a document that one is evaluated on.
+/// A document in the form of the library that evaluates expressions of any kind. Few need it, so
+/// the form is made for the first valid expression that is evaluated.
 class VyrXPathMirror {
  public:
-  using Namespaces = std::vector<std::pair<std::string, std::string>>;
-
   explicit VyrXPathMirror(const VyrXMLTree& tree);
   VyrXPathMirror(const VyrXPathMirror&) = delete;
   VyrXPathMirror& operator=(const VyrXPathMirror&) = delete;
@@ -21,13 +18,11 @@ class VyrXPathMirror {
 
   /// The nodes selected, in document order. False when the expression is not valid or selects no
   /// node set.
-  bool Evaluate(const std::string& expression, const Namespaces& namespaces,
-                std::vector<VyrDOMNodeList::Place>& places) const;
+  bool Evaluate(const std::string& expression, const VyrXPathNamespaces& namespaces,
+                std::vector<VyrDOMPlace>& places);
 
  private:
   struct Document;
+  const VyrXMLTree& tree_;
   std::unique_ptr<Document> document_;
 };
-
-VyrIXMLXPathExpression_var VyrMakeXPathExpression(VyrDOMDocument_var document,
-                                                  VyrUnicodeView expression);

@@ -202,6 +202,12 @@ TEST(MetaClass, ObjectKnowsItsOwnClassAndEveryClassAboveIt) {
   EXPECT_STREQ(Derived::MetaObject().GetLibrary(), "TestLibrary");
 }
 
+TEST(MetaClass, ExtendsNoOtherClassAfterwards) {
+  for (const VyrMetaClass* meta : {&Derived::MetaObject(), &VyrBaseUnknown::MetaObject()}) {
+    EXPECT_STREQ(meta->GetLateType(), "VyrNull");
+  }
+}
+
 TEST(MetaClass, ClassIdComesFromTheNameAlone) {
   static constexpr VyrMetaClass sameName("TestDerived", "AnotherLibrary", nullptr, nullptr);
   EXPECT_EQ(Derived::ClassId(), sameName.GetClassId());

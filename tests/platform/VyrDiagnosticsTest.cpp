@@ -164,6 +164,28 @@ TEST(DiagnosticsDeathTest, DefaultAbendEndsTheProcessInADevelopmentStageOnly) {
       testing::ExitedWithCode(7), "goes on");
 }
 
+TEST(Diagnostics, FatalErrorGoesToAHostThatReceivesAbendsAndReturns) {
+  for (const bool development : {false, true}) {
+    const DiagnosticsCapture capture(development);
+    VyrFatalError("the end %s");
+    EXPECT_THAT(capture.abends, ElementsAre("the end %s"));
+    EXPECT_THAT(capture.errors, IsEmpty());
+    EXPECT_THAT(capture.printed, IsEmpty());
+  }
+}
+
+TEST(DiagnosticsDeathTest, FatalErrorEndsTheProcessInEveryStage) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  for (const bool development : {false, true}) {
+    EXPECT_EXIT(
+        {
+          VyrSetDevelopmentStage(development);
+          VyrFatalError("the end");
+        },
+        testing::KilledBySignal(SIGABRT), "the end");
+  }
+}
+
 // Last, since it renumbers the lines of this file.
 TEST(Diagnostics, LineTakesFourPlacesAndMoreWhereItNeedsThem) {
 #line 7

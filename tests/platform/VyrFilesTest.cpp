@@ -362,4 +362,71 @@ TEST(Files, DeviceIsWrittenThroughAndStaysADevice) {
   EXPECT_TRUE(S_ISCHR(ModeOf("/dev/full")));
 }
 
+// --- Status --------------------------------------------------------------------------------------
+
+constexpr std::int64_t kSecond = 1'000'000'000;
+
+TEST(Files, ModificationTimeIsToldInNanoseconds) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("file", "x");
+  const std::int64_t times[] = {0, 1, -1, -kSecond, 1'234'567'890 * kSecond + 123'456'789};
+  for (const std::int64_t time : times) {
+    EXPECT_EQ(VyrSetModificationTime(file, time), "");
+    EXPECT_EQ(VyrModificationTime(file), time);
+    EXPECT_EQ(VyrModificationTime(folder.Path().string() + "\\file"), time);
+  }
+  const timespec both[2] = {{0, UTIME_OMIT}, {5, 6}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), both, 0), 0);
+  EXPECT_EQ(VyrModificationTime(file), 5 * kSecond + 6);
+}
+
+TEST(Files, SettingTheModificationTimeKeepsContentAndTimeOfAccess) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("file", "x");
+  const timespec before[2] = {{7, 8}, {9, 10}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), before, 0), 0);
+  EXPECT_EQ(VyrSetModificationTime(file, kSecond), "");
+  struct stat status {};
+  ASSERT_EQ(::stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_atim.tv_sec, 7);
+  EXPECT_EQ(status.st_atim.tv_nsec, 8);
+  EXPECT_EQ(ReadWholeFile(file), "x");
+}
+
+TEST(Files, MissingFileHasNoModificationTime) {
+  const TemporaryFolder folder;
+  for (const std::string& path : {std::string(), folder / "missing", folder / "missing/file"}) {
+    EXPECT_EQ(VyrModificationTime(path), std::nullopt) << path;
+    EXPECT_THAT(VyrSetModificationTime(path, 0), testing::StartsWith("cannot be given its time"));
+  }
+}
+
+TEST(Files, SavedFileHasTheTimeThatIsAskedFor) {
+  const TemporaryFolder folder;
+  const std::int64_t time = 77 * kSecond + 5;
+  EXPECT_EQ(VyrSaveFile(folder / "file", "new", time), "");
+  EXPECT_EQ(VyrModificationTime(folder / "file"), time);
+  EXPECT_EQ(VyrSaveFile(folder / "file", "again", time + 1), "");
+  EXPECT_EQ(VyrModificationTime(folder / "file"), time + 1);
+  EXPECT_EQ(VyrSaveFile(folder / "file", "now"), "");
+  EXPECT_GT(VyrModificationTime(folder / "file"), time + 1);
+  EXPECT_EQ(VyrSaveFile("/dev/null", "x", time), "");
+}
+
+TEST(Files, ReadableFileIsWhatCanBeOpenedAndIsNoFolder) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("file", "");
+  fs::create_symlink("file", folder / "link");
+  fs::create_symlink("missing", folder / "dangling");
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  for (const std::string& path : {file, folder / "link", folder / "pipe", std::string("/dev/null"),
+                                  folder.Path().string() + "\\file"}) {
+    EXPECT_TRUE(VyrIsReadableFile(path)) << path;
+  }
+  for (const std::string& path : {std::string(), folder.Path().string(), folder / "dangling",
+                                  folder / "missing", file + "/inside"}) {
+    EXPECT_FALSE(VyrIsReadableFile(path)) << path;
+  }
+}
+
 }  // namespace

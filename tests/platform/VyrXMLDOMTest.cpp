@@ -239,4 +239,35 @@ TEST(DOMBuilder, HostMayInstallItsOwn) {
   EXPECT_TRUE(builder);
 }
 
+TEST(DOMChildList, ChildrenMayBeAskedForInAnyOrder) {
+  const Parsed parsed = ParseText("<r><a/>t<b><x/></b><!--c--><d/></r>");
+  VyrIDOMElement_var root;
+  ASSERT_EQ(parsed.document->GetDocumentElement(root), S_OK);
+  const std::vector<std::string> names = {"a", "#text", "b", "#comment", "d"};
+  const std::vector<std::vector<unsigned int>> orders = {
+      {0, 1, 2, 3, 4}, {4, 3, 2, 1, 0}, {3, 0, 4, 2, 2, 1}, {5, 4, 5, 0}, {2, 7, 2, 3}};
+  for (const auto& order : orders) {
+    for (const bool isLengthAskedFirst : {false, true}) {
+      VyrIDOMNodeList_var children;
+      ASSERT_EQ(root->GetChildNodes(children), S_OK);
+      unsigned int length = 0;
+      if (isLengthAskedFirst) {
+        ASSERT_EQ(children->GetLength(length), S_OK);
+      }
+      for (const unsigned int index : order) {
+        VyrIDOMNode_var child;
+        VyrUnicodeString name;
+        const bool exists = index < names.size();
+        ASSERT_EQ(children->Item(index, child), exists ? S_OK : E_INVALIDARG);
+        ASSERT_EQ(static_cast<bool>(child), exists);
+        if (!exists) continue;
+        EXPECT_EQ(child->GetNodeName(name), S_OK);
+        EXPECT_EQ(name.View(), names[index]);
+      }
+      EXPECT_EQ(children->GetLength(length), S_OK);
+      EXPECT_EQ(length, names.size());
+    }
+  }
+}
+
 }  // namespace
