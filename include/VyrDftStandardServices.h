@@ -10,24 +10,31 @@
 
 /// Finds standards, opens them, classifies them, and reads their sheet formats. All operations are
 /// static; the only state is one handle for each of the shipped standards ISO, JIS and ASME.
+/// Threads may ask for these at the same time, but use one standard at a time only. What fails on a
+/// file is told in the error log.
 class HOLSTANDARDINFRA_EXPORT VyrDftStandardServices {
  public:
   VyrDftStandardServices() = delete;
 
   /// Copies a standard into the working directory (the environment variable "WOB_ODT_OUT", else
   /// "VyrTemp") and hands out the path of the copy, directory and name joined by a backslash: a
-  /// new text that the caller frees with `delete[]`. 0 when the copy can be read, 69 when not, 1
-  /// for a null argument. `*pathname` must be null, anything else is fatal. `unused` means nothing.
+  /// new text that the caller frees with `delete[]`. 0 when the copy can be read, be it one of
+  /// before that could not be renewed; 69 when not, and for what `VyrStdServices` does not take for
+  /// the name of a standard; 1 for a null argument. `*pathname` must be null, anything else is
+  /// fatal, and 1 where the host lives on. `unused` means nothing.
   static int FindStandardFileInEnv(const char* name, char** pathname, unsigned char unused = 0);
-  /// The files of all standards that the host knows, full paths without ".xml", each once.
+  /// The files of all standards that the host knows, full paths without ".xml", each once. What the
+  /// list held before goes, here and in the next operation.
   static void ListStandards(VyrListValVyrUnicodeString& names, unsigned char unused = 0);
   /// "ANSI-ASME", "ISO" and "JIS": the standards shipped with the library.
   static void ListOOTBStandards(VyrListValVyrUnicodeString& names);
-  /// Appends the base names of the files of a folder whose names contain "." and `ext`, but none
-  /// that the list has. With `skipAnsi`, files of ANSI standards are left out.
+  /// Appends the base names of the entries of a folder whose names contain "." and `ext`, but none
+  /// that the list has. The base name lacks as many characters at its end. With `skipAnsi`, files
+  /// of ANSI standards, which do not include ASME, are left out. Nothing when an argument is null
+  /// or the folder cannot be read.
   static void ListFilesInDirectory(const char* dir, const char* ext,
                                    VyrListValVyrUnicodeString& names, unsigned char skipAnsi);
-  /// The same, by parent standard; files of others are left out.
+  /// The same, by parent standard; files of others, ANSI among them, are left out.
   static void ListXMLStdInDirectory(const char* dir, const char* ext,
                                     VyrListValVyrUnicodeString& iso,
                                     VyrListValVyrUnicodeString& jis,
@@ -47,9 +54,10 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStandardServices {
   static void GetStandardClassAndVersion(VyrUnicodeString& fileName,
                                          VyrUnicodeString& standardClass, int& version);
 
-  /// The last name of a dotted path; empty for a path without a dot or with one at its end only.
+  /// The last name of a dotted path; empty for a path without a dot or with one at its end.
   static VyrUnicodeString GetAttributeSingleName(VyrUnicodeString path);
-  /// What comes before the last name; empty for a path without a dot.
+  /// What comes before the last dot; empty for a path without one. A dot at the end counts only
+  /// when there is no other.
   static VyrUnicodeString GetFatherNode(VyrUnicodeString path);
 
   /// Row (0 to 176) of a keyword, or of a legacy parameter name, in the table of the old parameter
@@ -73,5 +81,7 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStandardServices {
                                  int& count);
 
  private:
+  friend struct VyrDftStandardServicesAccess;
+
   static HRESULT GetEnumNames(VyrListValVyrUnicodeString& names);
 };

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <string>
+
 #include "HolStandardInfraExport.h"
 #include "VyrBaseUnknown.h"
 #include "VyrIDftStyle.h"
@@ -38,7 +41,16 @@ class HOLSTANDARDINFRA_EXPORT VyrDifDftStyle
   ~VyrDifDftStyle() override = default;
 
  private:
+  template <class... Arguments>
+  HRESULT Forward(const char* operation,
+                  HRESULT (VyrIDrwStandard::*query)(const char*, Arguments...), const char* path,
+                  Arguments... arguments);
+
   VyrIDrwStandard_var standard_;
   VyrUnicodeString name_;
   VyrUnicodeString type_;
+  /// The path of the last query. It begins with the style's own, so that a query adds to that and
+  /// makes no new text.
+  std::string path_;
+  std::size_t prefixLength_ = 0;
 };

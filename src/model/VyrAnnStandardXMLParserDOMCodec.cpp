@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "StandardDocumentBuilder.h"
 #include "StandardXMLDecoder.h"
 #include "StandardXMLEncoder.h"
 #include "VyrAnnStandardXMLParserDOMCodecUnit.h"
@@ -10,54 +11,9 @@
 
 namespace {
 
-void TraceOptions(VyrIXMLDOMDocumentBuilder& builder) {
-  VyrTrace& trace = XMLCodecTrace();
-  if (!trace.IsOn()) return;
-  const std::string indent = VyrTrace::Indentation();
-  trace.Print("%sVyrIXMLDOMDocumentBuilder supported options:\n", indent.c_str());
-  for (const std::string_view option : builder.GetOptions()) {
-    trace.Print("%s  %s\n", indent.c_str(), std::string(option).c_str());
-  }
-}
-
-bool Supports(VyrIXMLDOMDocumentBuilder& builder, std::string_view option) {
-  for (const std::string_view supported : builder.GetOptions()) {
-    if (supported == option) return true;
-  }
-  return false;
-}
-
 void TraceLine(const char* format) {
   VyrTrace& trace = XMLCodecTrace();
   if (trace.IsOn()) trace.Print("%s%s\n", VyrTrace::Indentation().c_str(), format);
-}
-
-bool SetOption(VyrIXMLDOMDocumentBuilder& builder, std::string_view option,
-               std::string_view value) {
-  return kXMLCodecUnit.Check(VyrSucceeded(builder.SetOption(option, value)),
-                             "the builder refuses an option");
-}
-
-/// A builder with the options that the format needs.
-HRESULT MakeBuilder(VyrIXMLDOMDocumentBuilder_var& builder) {
-  const HRESULT result = CreateVyrIXMLDOMDocumentBuilder(builder);
-  if (!kXMLCodecUnit.Check(VyrSucceeded(result), "no document builder") ||
-      !kXMLCodecUnit.CheckPointer(builder.Get())) {
-    return E_UNEXPECTED;
-  }
-  TraceOptions(*builder);
-  if (Supports(*builder, kVyrDoValidation)) {
-    TraceLine("VyrDoValidation option found");
-    if (!SetOption(*builder, kVyrDoValidation, "false")) return E_UNEXPECTED;
-  } else {
-    TraceLine("Warning: VyrDoValidation is not supported; we assume that parser is not validating");
-  }
-  if (!Supports(*builder, kVyrEnableNameSpaces)) {
-    kXMLCodecUnit.Raise("Namespaces not supported!");
-    return E_FAIL;
-  }
-  TraceLine("VyrEnableNameSpaces option found");
-  return SetOption(*builder, kVyrEnableNameSpaces, "true") ? S_OK : E_UNEXPECTED;
 }
 
 }  // namespace
@@ -93,7 +49,8 @@ HRESULT VyrAnnStandardXMLParserDOMCodec::Decode(VyrUnicodeView source, bool isFi
   }
   problem_ = {};
   VyrIXMLDOMDocumentBuilder_var builder;
-  if (const HRESULT result = MakeBuilder(builder); VyrFailed(result)) {
+  if (const HRESULT result = MakeStandardDocumentBuilder(kXMLCodecUnit, XMLCodecTrace(), builder);
+      VyrFailed(result)) {
     problem_ = {0, "the XML framework of the host lacks what standard files need"};
     return result;
   }

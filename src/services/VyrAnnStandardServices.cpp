@@ -1,0 +1,129 @@
+#include "VyrAnnStandardServices.h"
+
+#include <string>
+
+#include "StandardDocumentCache.h"
+#include "VyrAnnStandardServicesUnit.h"
+#include "VyrAnnStandardXMLParser.h"
+#include "VyrDftStandardServices.h"
+#include "VyrFiles.h"
+#include "VyrTrace.h"
+
+// Opening a standard, and what it says of itself as a whole.
+
+namespace {
+
+VyrTrace& ServicesTrace() {
+  static VyrTrace trace("DftStdServs", "Trace of VyrAnnStandardServices class", 0, "STDERR", 1024);
+  return trace;
+}
+
+// Made when the library loads, so that a host finds the channel by name before it is first used.
+[[maybe_unused]] const VyrTrace& registeredTrace = ServicesTrace();
+
+/// `format` takes the indentation and the path.
+void TraceFile(const char* format, VyrUnicodeView path) {
+  VyrTrace& trace = ServicesTrace();
+  if (trace.IsOn()) trace.Print(format, VyrTrace::Indentation().c_str(), std::string(path).c_str());
+}
+
+/// Empty when there is no such standard.
+VyrUnicodeString FindStandard(const char* name) {
+  char* found = nullptr;
+  VyrDftStandardServices::FindStandardFileInEnv(name, &found);
+  const std::unique_ptr<char[]> path(found);
+  return path.get();
+}
+
+/// One line for the one who has to mend the file: the report of a failed check has no room for a
+/// path.
+void ReportRefusal(VyrUnicodeView path, const VyrProblem& problem) {
+  std::string line(path);
+  if (problem.line > 0) line.append(":").append(std::to_string(problem.line));
+  line.append(": ");
+  line.append(problem.IsEmpty() ? "is no standard that can be read" : problem.text.View());
+  VyrSysLogError(line.append("\n"));
+}
+
+/// Null, reported, for a file that cannot be read or has undefined enumeration values.
+StandardDocumentCache::Document Load(VyrUnicodeView path) {
+  auto document = std::make_shared<VyrAnnStandardXMLParser>();
+  if (document->DecodeXML(path, 1) != 0) {
+    ReportRefusal(path, document->GetProblem());
+    return nullptr;
+  }
+  if (document->Check() == 0) {
+    ReportRefusal(path, {0, "has enumeration values that are not defined; the trace names them"});
+    return nullptr;
+  }
+  return document;
+}
+
+}  // namespace
+
+VyrAnnStandardServices::VyrAnnStandardServices(const char* standardName) {
+  const VyrTraceBlock block(ServicesTrace(), "VyrAnnStandardServices::VyrAnnStandardServices");
+  const VyrUnicodeString path = FindStandard(standardName);
+  const VyrUnicodeString shown = path.IsEmpty() ? VyrUnicodeString(standardName) : path;
+  StandardDocumentCache& cache = StandardDocumentCache::OfProcess();
+  // Before the file is read: one that changes meanwhile will be read anew the next time.
+  const auto stamp = VyrModificationTime(path);
+  if (!stamp) {
+    TraceFile("%sFailed to get stats of %s. Can't cache.\n", shown);
+  } else if (cache.Find(path, *stamp, parser_)) {
+    shared_ = 1;
+    TraceFile("%sUsing cached value for %s.\n", path);
+    return;
+  }
+  if (!path.IsEmpty()) parser_ = Load(path);
+  TraceFile("%sCreating a new parser for %s.\n", shown);
+  if (stamp && cache.Store(path, *stamp, parser_)) shared_ = 1;
+}
+
+std::unique_ptr<VyrAnnStandardServices> VyrAnnStandardServices::OpenFile(VyrUnicodeView path) {
+  std::unique_ptr<VyrAnnStandardServices> services(new VyrAnnStandardServices);
+  services->parser_ = Load(path);
+  return services;
+}
+
+VyrAnnStandardServices::~VyrAnnStandardServices() = default;
+
+void VyrAnnStandardServices::ReleaseCachedDocument() {
+  StandardDocumentCache::OfProcess().Release();
+}
+
+HRESULT VyrAnnStandardServices::CheckXMLStructure() {
+  const auto refuse = [](const char* message, HRESULT result) {
+    kStandardServicesUnit.Raise(message);
+    return result;
+  };
+  if (!parser_) return refuse("No parser available", E_FAIL);
+  if (parser_->Check() == 0) return refuse("Bad enumerate structure in xml file", S_FALSE);
+  const int version = parser_->GetVersion();
+  if (version < 1) return refuse("The version of the file could not be determined", S_FALSE);
+  if (version < kVersionOfRelease14) return S_OK;
+  VyrDrwStdSheetStyle* styles = nullptr;
+  int count = 0;
+  if (VyrFailed(GetAvailableSheetStyles(&styles, count))) {
+    return refuse("The R14 sheet styles are corrupted", S_FALSE);
+  }
+  const std::unique_ptr<VyrDrwStdSheetStyle[]> owner(styles);
+  if (count == 0) return refuse("No sheet styles defined in the R14 standard file", S_FALSE);
+  return S_OK;
+}
+
+HRESULT VyrAnnStandardServices::GetStandardParentName(VyrUnicodeString& name) {
+  if (!parser_) return E_FAIL;
+  name = parser_->GetValueWithPath("Root.Dimension.ParentStandard");
+  return S_OK;
+}
+
+HRESULT VyrAnnStandardServices::GetVersion(int& version) {
+  if (!parser_) return E_FAIL;
+  version = parser_->GetVersion();
+  return version >= 1 ? S_OK : E_FAIL;
+}
+
+int VyrAnnStandardServices::IsSwitchable(int version) {
+  return parser_ && parser_->GetVersion() >= version ? 1 : 0;
+}

@@ -1,0 +1,94 @@
+#include <array>
+#include <memory>
+#include <utility>
+
+#include "VyrDftStandardServices.h"
+#include "VyrDftStandardServicesUnit.h"
+
+// Sheet formats of an open standard.
+
+namespace {
+
+struct Orientation {
+  VyrFormatOrientationsType value;
+  const char* name;
+};
+
+/// In the order in which the names are listed, which is not that of the values.
+constexpr std::array<Orientation, 4> kOrientations = {{
+    {PortraitByDefault, "PortraitByDefault"},
+    {LandscapeByDefault, "LandscapeByDefault"},
+    {PortraitOnly, "PortraitOnly"},
+    {LandscapeOnly, "LandscapeOnly"},
+}};
+
+}  // namespace
+
+HRESULT VyrDftStandardServices::GetEnumNames(VyrListValVyrUnicodeString& names) {
+  names.clear();
+  for (const Orientation& orientation : kOrientations) names.emplace_back(orientation.name);
+  return S_OK;
+}
+
+HRESULT VyrDftStandardServices::GetEnumFromName(const VyrUnicodeString& name,
+                                                VyrFormatOrientationsType& orientation) {
+  for (const Orientation& known : kOrientations) {
+    if (name.View() != known.name) continue;
+    orientation = known.value;
+    return S_OK;
+  }
+  return E_FAIL;
+}
+
+HRESULT VyrDftStandardServices::GetNameFromEnum(VyrFormatOrientationsType orientation,
+                                                VyrUnicodeString& name) {
+  for (const Orientation& known : kOrientations) {
+    if (orientation != known.value) continue;
+    name = known.name;
+    return S_OK;
+  }
+  return E_FAIL;
+}
+
+HRESULT VyrDftStandardServices::GetFormatData(VyrIDftStandard& standard, int index,
+                                              VyrDrwStdSheetFormat& format) {
+  VyrDrwStdSheetFormat read;
+  VyrUnicodeString word;
+  HRESULT result = standard.GetValue("SheetFormat.Name", index, read.name);
+  if (VyrSucceeded(result)) result = standard.GetValue("SheetFormat.Width", index, read.width);
+  if (VyrSucceeded(result)) result = standard.GetValue("SheetFormat.Height", index, read.height);
+  if (VyrSucceeded(result)) {
+    result = standard.GetValue("SheetFormat.FormatOrientationType", index, word);
+  }
+  VyrFormatOrientationsType orientation = LandscapeByDefault;
+  if (VyrSucceeded(result)) result = GetEnumFromName(word, orientation);
+  if (VyrFailed(result)) return result;
+  read.orientation = orientation;
+  format = std::move(read);
+  return S_OK;
+}
+
+HRESULT VyrDftStandardServices::GetSheetFormats(VyrIDftStandard* standard,
+                                                VyrDrwStdSheetFormat** formats, int& count) {
+  if (!kDftStandardServicesUnit.CheckPointer(standard) ||
+      !kDftStandardServicesUnit.CheckPointer(formats) ||
+      !kDftStandardServicesUnit.Check(*formats == nullptr, "formats are already there")) {
+    return E_INVALIDARG;
+  }
+  VyrDftStandardValueType type = VyrDftUnknownValue;
+  int found = 0;
+  const HRESULT result = standard->GetValueType("SheetFormat", &type, &found);
+  if (VyrFailed(result)) return result;
+  if (!kDftStandardServicesUnit.Check(found >= 0, "negative number of formats")) {
+    return E_UNEXPECTED;
+  }
+  auto read = std::make_unique<VyrDrwStdSheetFormat[]>(found);
+  for (int i = 0; i < found; ++i) {
+    if (VyrSucceeded(GetFormatData(*standard, i + 1, read[i]))) continue;
+    kDftStandardServicesUnit.Raise("Bad imbedded standard structure");
+    return E_FAIL;
+  }
+  *formats = read.release();
+  count = found;
+  return S_OK;
+}

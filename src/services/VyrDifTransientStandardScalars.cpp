@@ -1,0 +1,47 @@
+#include <type_traits>
+#include <utility>
+
+#include "ElementValue.h"
+#include "VyrDifTransientStandard.h"
+
+// Queries for one value.
+
+template <class Value>
+HRESULT VyrDifTransientStandard::GetScalar(const char* path, int index, Value& value) {
+  const TracedOperation traced = Traced("VyrDifTransientStandard::GetValue");
+  if (path == nullptr) return E_INVALIDARG;
+  ScalarCache<Value>& cache = std::get<ResultCache<Value>>(results_).scalars;
+  if (const Value* const known = cache.Find(path, index)) [[likely]] {
+    value = *known;
+    return S_OK;
+  }
+  const VyrIDOMNode_var node = FindNode(path, index);
+  if (!node) {
+    TraceLine(transientStandardTrace, "%sNo matching node found!\n");
+    return E_FAIL;
+  }
+  ElementValue found;
+  const HRESULT resolved = ReadElementValue(*node, found);
+  if (resolved == S_FALSE) {
+    if constexpr (std::is_same_v<Value, VyrUnicodeString>) {
+      TraceLine(transientStandardTrace, "%sNo text node found!\n");
+    }
+    return E_FAIL;
+  }
+  if (VyrFailed(resolved)) return resolved;
+  if (const HRESULT read = ReadAs(found, value); VyrFailed(read)) return read;
+  cache.Store(path, index, value);
+  return S_OK;
+}
+
+HRESULT VyrDifTransientStandard::GetValue(const char* path, int index, VyrUnicodeString& value) {
+  return GetScalar(path, index, value);
+}
+
+HRESULT VyrDifTransientStandard::GetValue(const char* path, int index, double& value) {
+  return GetScalar(path, index, value);
+}
+
+HRESULT VyrDifTransientStandard::GetValue(const char* path, int index, int& value) {
+  return GetScalar(path, index, value);
+}

@@ -1,0 +1,3 @@
+#include "VyrDifTransientStandardUnit.h"
+
+VyrTrace transientStandardTrace("DifCptWithStd", "VyrDifTransientStandard traces");
