@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the tool and does the main job on real input: old standards become
-# current ones, are asked for values, edited and checked.
+# current ones, are asked for values, edited and checked. Then a drafting module, built from an
+# installed library, reads a standard and styles an element.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
@@ -42,3 +43,11 @@ run holstd edit "$output/site.xml" --in-place -v \
 run holstd get "$output/site.xml" Dimension.DIMLTail
 run holstd check "$output"/*.xml standards/*.xml
 say "the standards are in $output"
+
+# The module of the tutorial. It works on a copy of the installed ISO, in a folder of its own.
+rm -rf "$output/installed" "$output/work"
+cmake --install build/release --prefix "$output/installed" >/dev/null
+scripts/build-example.sh "$output/installed" "$output/example"
+mkdir "$output/work"
+export WOB_ODT_OUT="$PWD/$output/work"
+run "$output/example/drafting_module"

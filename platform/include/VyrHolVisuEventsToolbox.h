@@ -11,7 +11,8 @@ class HOLSTANDARDINFRA_EXPORT VyrHolVisuEventsToolbox {
  public:
   VyrHolVisuEventsToolbox() = delete;
 
-  /// Tells the host that the graphic properties of an element now have `values`.
+  /// Tells the host that the graphic properties of an element now have `values`, and gives what its
+  /// listener answers. `E_INVALIDARG` for a null element.
   static HRESULT DispatchModifyVisProperties(VyrIVisProperties* element,
                                              VyrVisPropertyType property,
                                              VyrVisGeometryType geometry,
