@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HolStandardInfraExport.h"
+#include "VyrListValVyrUnicodeString.h"
 #include "VyrResult.h"
 #include "VyrUnicodeString.h"
 
@@ -35,4 +36,7 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStdEngineeringSymbolsServices {
                                                 VyrUnicodeString& code,
                                                 VyrUnicodeString& smallImage,
                                                 VyrUnicodeString& largeImage, int unused);
+  /// The tags of all symbols, each once, in the order of the tables: those with OpenType fonts,
+  /// then those that only others have. What the list held before goes.
+  static void ListTags(VyrListValVyrUnicodeString& tags);
 };

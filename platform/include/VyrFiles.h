@@ -40,5 +40,5 @@ HOLSTANDARDINFRA_EXPORT std::optional<std::int64_t> VyrModificationTime(VyrUnico
 HOLSTANDARDINFRA_EXPORT std::string VyrSetModificationTime(VyrUnicodeView path,
                                                            std::int64_t nanoseconds);
 
-/// Whether the path leads to something that can be opened for reading and is no folder.
+/// Whether the path leads to a regular file, which keeps no reader waiting, that can be opened.
 HOLSTANDARDINFRA_EXPORT bool VyrIsReadableFile(VyrUnicodeView path);

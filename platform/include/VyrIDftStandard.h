@@ -11,7 +11,8 @@
 /// name is found at any depth below the one before. Names are compared exactly. Where a path finds
 /// several elements they count in document order, the first is 1. Results: `S_OK`; `E_INVALIDARG`
 /// for a null pointer; `E_FAIL` when the path finds nothing at that index; `E_UNEXPECTED` when what
-/// it finds is of another type or cannot be read. Outputs are left alone on failure.
+/// it finds is of another type or cannot be read. Outputs are left alone on failure, but for the
+/// type and the count of `GetValueType`.
 ///
 /// Used from one thread at a time. Answers are remembered: the standard in memory never changes.
 class VyrIDftStandard : public IUnknown {
@@ -33,7 +34,6 @@ class VyrIDftStandard : public IUnknown {
   virtual HRESULT GetValue(const char* path, int index, double& value) = 0;
   /// Numbers of all elements that the path finds, into the caller's array. The array must be large
   /// enough, which is not checked; with null for `values` only their number is told, to size it by.
-  /// Some may have been written when the call fails.
   virtual HRESULT GetValue(const char* path, double* values, int* count) = 0;
   virtual HRESULT GetValue(const char* path, int index, int& value) = 0;
   /// Likewise; a colour is one integer for each of its components.

@@ -1,5 +1,6 @@
 #include "VyrDiagnostics.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -10,11 +11,16 @@
 namespace {
 
 VyrDiagnosticSinks& Sinks() {
-  static VyrDiagnosticSinks sinks;
+  // Kept to the end of the process: static objects of a host may still report in their end.
+  static auto& sinks = *new VyrDiagnosticSinks();
   return sinks;
 }
 
 std::atomic<bool> developmentStage{false};
+
+bool IsControlCharacter(char character) {
+  return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+}
 
 void WriteToStandardError(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stderr);
@@ -48,7 +54,15 @@ void VyrSetDevelopmentStage(bool development) {
 }
 
 void VyrSysLogError(std::string_view text) {
-  Send(Sinks().errorLog, text);
+  // Names of files stand in reports, and a hostile one must not forge lines of the log.
+  const std::string_view line = text.substr(0, text.size() - (text.ends_with('\n') ? 1 : 0));
+  if (std::none_of(line.begin(), line.end(), IsControlCharacter)) {
+    return Send(Sinks().errorLog, text);
+  }
+  std::string cleaned(text);
+  std::replace_if(cleaned.begin(), cleaned.begin() + static_cast<std::ptrdiff_t>(line.size()),
+                  IsControlCharacter, '?');
+  Send(Sinks().errorLog, cleaned);
 }
 
 void VyrSysLogAbend(std::string_view text) {

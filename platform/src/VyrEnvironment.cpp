@@ -57,8 +57,8 @@ bool VyrListDirectory(std::string_view directory, std::vector<std::string>& name
   const std::unique_ptr<DIR, CloseDirectory> opened(::opendir(VyrNativePath(directory).c_str()));
   if (opened == nullptr) return false;
   std::vector<std::string> found;
-  errno = 0;
-  while (const dirent* entry = ::readdir(opened.get())) {
+  // The end and a failure are told apart by the error number, which other calls may set, too.
+  while (const dirent* entry = (errno = 0, ::readdir(opened.get()))) {
     const std::string_view name = entry->d_name;
     if (name != "." && name != "..") found.emplace_back(name);
   }

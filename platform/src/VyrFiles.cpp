@@ -77,7 +77,9 @@ class TemporaryFile {
     const fs::path path = target;
     // A name may fill all that the file system allows; what is added must still fit.
     constexpr std::size_t mostOfName = 200;
-    const std::string name = path.filename().string();
+    std::string name = path.filename().string();
+    // Whoever lists a folder by extension must not take it for a file of that kind.
+    std::replace(name.begin(), name.end(), '.', '_');
     return (path.parent_path() / VyrCutUtf8(name, mostOfName)).string() + "." +
            std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
   }
@@ -259,5 +261,5 @@ bool VyrIsReadableFile(VyrUnicodeView path) {
   // A pipe without a writer must not keep its caller waiting.
   const Descriptor file(::open(VyrNativePath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat status {};
-  return file.IsOpen() && ::fstat(file.Get(), &status) == 0 && !S_ISDIR(status.st_mode);
+  return file.IsOpen() && ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode);
 }

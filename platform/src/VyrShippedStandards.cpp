@@ -39,6 +39,6 @@ std::string VyrShippedStandardsFolderFrom(const std::string& moduleFolder) {
 
 std::string VyrShippedStandardsFolder() {
   // Once: the name of a module may be relative to the folder in which the process was started.
-  static const fs::path module = ModuleFolder();
+  static const auto& module = *new fs::path(ModuleFolder());
   return VyrShippedStandardsFolderFrom(module);
 }

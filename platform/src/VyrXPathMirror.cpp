@@ -14,6 +14,11 @@ namespace {
 
 using Tree = VyrXMLTree;
 
+// A path of a standard takes a few operations for each element. One that needs more than this has
+// got an expression of somebody's own into a name, and must not keep the application waiting.
+constexpr unsigned long kFreeOperations = 1'000'000;
+constexpr unsigned long kOperationsOfItem = 1'000;
+
 const xmlChar* Xml(const std::string& text) {
   return reinterpret_cast<const xmlChar*>(text.c_str());
 }
@@ -167,6 +172,7 @@ bool VyrXPathMirror::Evaluate(const std::string& expression, const VyrXPathNames
   if (!compiled) return false;
   if (!document_) document_ = std::make_unique<Document>(tree_);
   context->doc = document_->xml;
+  context->opLimit = kFreeOperations + kOperationsOfItem * tree_.GetCount();
   context->node = reinterpret_cast<xmlNode*>(document_->xml);
   // A bare path would be matched by a walk that leaves out what lies deeper than 10,000 levels; in
   // parentheses it means the same and is evaluated like any other expression.

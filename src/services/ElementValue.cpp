@@ -35,7 +35,10 @@ HRESULT AppendColor(std::string_view text, std::vector<int>& numbers) {
     text.remove_prefix(begin);
     const std::string_view token = text.substr(0, text.find_first_of(kBlanks));
     const auto component = ReadDecimalInteger(token);
-    if (!IsNumber(component.has_value())) return E_UNEXPECTED;
+    if (!IsNumber(component.has_value())) {
+      numbers.resize(before);
+      return E_UNEXPECTED;
+    }
     numbers.push_back(*component);
     text.remove_prefix(token.size());
   }

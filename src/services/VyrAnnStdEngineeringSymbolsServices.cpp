@@ -1,5 +1,8 @@
 #include "VyrAnnStdEngineeringSymbolsServices.h"
 
+#include <string_view>
+#include <unordered_set>
+
 #include "EngineeringSymbolTables.h"
 
 namespace {
@@ -48,4 +51,14 @@ HRESULT VyrAnnStdEngineeringSymbolsServices::GetEngSymbolDefinitionAndImage(
     result = S_FALSE;
   }
   return E_FAIL;
+}
+
+void VyrAnnStdEngineeringSymbolsServices::ListTags(VyrListValVyrUnicodeString& tags) {
+  tags.clear();
+  std::unordered_set<std::string_view> known;
+  for (const auto* table : {&OpenTypeSymbols(), &IsoStrokeSymbols(), &AnsiSymbols()}) {
+    for (const EngineeringSymbol& symbol : table->GetSymbols()) {
+      if (known.insert(symbol.tag).second) tags.emplace_back(symbol.tag);
+    }
+  }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -45,7 +46,8 @@ struct SharedHandles {
 };
 
 SharedHandles& Shared() {
-  static SharedHandles shared;
+  // Kept to the end of the process, as the standards that it holds are not needed to end it.
+  static auto& shared = *new SharedHandles();
   return shared;
 }
 
@@ -96,9 +98,15 @@ int VyrDftStandardServices::FindStandardFileInEnv(const char* name, char** pathn
                    "or VyrTemp must name a folder that exists\n");
     return kNotFound;
   }
-  // A copy of before serves where no new one can be made: a drawing must open without its server.
-  VyrStdServices::CopyStandard(name, VyrDftStdPersistence::VyrDftStdType, path.c_str());
+  const HRESULT copied =
+      VyrStdServices::CopyStandard(name, VyrDftStdPersistence::VyrDftStdType, path.c_str());
   if (!isName || !VyrIsReadableFile(path)) return kNotFound;
+  // A copy of before serves where no new one can be made: a drawing must open without its server. A
+  // link is no copy; somebody put it there.
+  std::error_code error;
+  if (VyrFailed(copied) && std::filesystem::is_symlink(VyrNativePath(path), error)) {
+    return kNotFound;
+  }
   *pathname = VyrUnicodeString(path).NewNarrowCopy();
   return kFound;
 }
@@ -124,9 +132,15 @@ VyrIDrwStandard_var VyrDftStandardServices::GetOOTBStandard(const VyrUnicodeStri
   const auto standard = std::find_if(kShippedStandards.begin(), kShippedStandards.end(),
                                      [&](const auto& shipped) { return name == shipped.name; });
   if (standard == kShippedStandards.end()) return {};
-  const std::scoped_lock lock(Shared().mutex);
   VyrIDrwStandard_var& handle = Shared().handles[standard - kShippedStandards.begin()];
-  if (!handle) handle = OpenShipped(*standard);
+  {
+    const std::scoped_lock lock(Shared().mutex);
+    if (handle) return handle;
+  }
+  // Without the lock, since it takes time and may report to the host.
+  VyrIDrwStandard_var opened = OpenShipped(*standard);
+  const std::scoped_lock lock(Shared().mutex);
+  if (!handle) handle = opened;
   return handle;
 }
 

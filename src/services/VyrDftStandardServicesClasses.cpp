@@ -7,6 +7,7 @@
 #include "VyrDiagnostics.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrEnvironment.h"
+#include "VyrFiles.h"
 #include "VyrUtf8.h"
 
 // Telling standards apart by their parent standard.
@@ -24,8 +25,11 @@ struct ClassAndVersion {
 /// Empty and 0, reported, for a file that cannot be read.
 ClassAndVersion Classify(const VyrUnicodeString& file) {
   VyrDrwParseStandard reader(file);
-  reader.Decode();
-  const VyrProblem& problem = reader.GetProblem();
+  // Reading a pipe, which a scanned folder may hold, would keep the caller waiting.
+  const bool isFile = VyrIsReadableFile(file);
+  if (isFile) reader.Decode();
+  const VyrProblem problem =
+      isFile ? reader.GetProblem() : VyrProblem{0, "cannot be opened as a regular file"};
   if (problem.IsEmpty()) return {reader.GetParentStandard(), reader.GetVersion()};
   const std::string line = problem.line > 0 ? ":" + std::to_string(problem.line) : "";
   VyrSysLogError("VyrDftStandardServices: " + std::string(file.View()) + line + ": " +

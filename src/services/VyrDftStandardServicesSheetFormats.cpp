@@ -1,6 +1,7 @@
+#include <algorithm>
 #include <array>
-#include <memory>
 #include <utility>
+#include <vector>
 
 #include "VyrDftStandardServices.h"
 #include "VyrDftStandardServicesUnit.h"
@@ -82,13 +83,15 @@ HRESULT VyrDftStandardServices::GetSheetFormats(VyrIDftStandard* standard,
   if (!kDftStandardServicesUnit.Check(found >= 0, "negative number of formats")) {
     return E_UNEXPECTED;
   }
-  auto read = std::make_unique<VyrDrwStdSheetFormat[]>(found);
+  // Grown as formats are read: the number comes from the standard, which may be a host's.
+  std::vector<VyrDrwStdSheetFormat> read;
   for (int i = 0; i < found; ++i) {
-    if (VyrSucceeded(GetFormatData(*standard, i + 1, read[i]))) continue;
+    if (VyrSucceeded(GetFormatData(*standard, i + 1, read.emplace_back()))) continue;
     kDftStandardServicesUnit.Raise("Bad imbedded standard structure");
     return E_FAIL;
   }
-  *formats = read.release();
+  *formats = new VyrDrwStdSheetFormat[read.size()];
+  std::move(read.begin(), read.end(), *formats);
   count = found;
   return S_OK;
 }

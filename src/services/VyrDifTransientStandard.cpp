@@ -44,6 +44,7 @@ HRESULT VyrDifTransientStandard::Load() {
     return E_UNEXPECTED;
   }
   document_ = document;
+  version_ = kUnknownVersion;
   TraceLine(transientStandardTrace, "%sXML has been parsed!\n");
   return S_OK;
 }

@@ -111,7 +111,7 @@ class VyrDifTransientStandard
   HRESULT GetArray(const char* path, const std::vector<Value>*& values);
   template <class Number>
   HRESULT GetNumbers(const char* path, Number* values, int* count);
-  HRESULT ReadThicknesses(std::vector<double>& thicknesses);
+  bool ReadThicknesses(std::vector<double>& thicknesses);
 
   HRESULT MakeStyle(const VyrUnicodeString& name, const VyrUnicodeString& type,
                     VyrIDftStyle_var& style);

@@ -29,8 +29,11 @@ HRESULT VyrDifTransientStandard::GetScalar(const char* path, int index, Value& v
     return E_FAIL;
   }
   if (VyrFailed(resolved)) return resolved;
-  if (const HRESULT read = ReadAs(found, value); VyrFailed(read)) return read;
-  cache.Store(path, index, value);
+  Value read{};
+  if (const HRESULT result = ReadAs(found, read); VyrFailed(result)) return result;
+  // Stored first: the caller's path may be the text that the value goes into.
+  cache.Store(path, index, read);
+  value = std::move(read);
   return S_OK;
 }
 

@@ -1,6 +1,7 @@
 #include <array>
 #include <ranges>
 #include <string>
+#include <utility>
 
 #include "VyrDifDftStyle.h"
 #include "VyrDifTransientStandard.h"
@@ -18,9 +19,11 @@ HRESULT VyrDifTransientStandard::GetStylesNames(const char* type,
                                                 VyrListValVyrUnicodeString* names) {
   const TracedOperation traced = Traced("VyrDifTransientStandard::GetStylesNames");
   if (!kTransientStandardUnit.CheckPointer(names)) return E_INVALIDARG;
+  // Made first: the caller's type may be one of the names that go.
+  const std::string path = std::string("Styles.") + (type == nullptr ? "" : type);
   names->clear();
   if (type == nullptr) return E_INVALIDARG;
-  const VyrIDOMNode_var node = FindNode(std::string("Styles.") + type, 1);
+  const VyrIDOMNode_var node = FindNode(path, 1);
   if (!node) return E_UNEXPECTED;
   TraceLine(transientStandardTrace, "%sStyles are:\n");
   for (const VyrIDOMNode_var& child : ChildrenOf(*node)) {

@@ -86,7 +86,7 @@ HRESULT VyrDifTransientStandard::GetLineThicknessIndex(double thicknessMm, int* 
   const TracedOperation traced = Traced("VyrDifTransientStandard::GetLineThicknessIndex");
   if (!(thicknessMm >= 0) || index == nullptr) return E_INVALIDARG;
   std::vector<double> read;
-  if (!thicknesses_ && ReadThicknesses(read) == E_FAIL) thicknesses_ = std::move(read);
+  if (!thicknesses_ && ReadThicknesses(read)) thicknesses_ = std::move(read);
   const std::vector<double>& thicknesses = thicknesses_ ? *thicknesses_ : read;
   *index = 0;
   double best = kFarAway;
@@ -99,13 +99,15 @@ HRESULT VyrDifTransientStandard::GetLineThicknessIndex(double thicknessMm, int* 
   return S_OK;
 }
 
-/// Reads the table up to the first row that fails, and gives its result: `E_FAIL` past the last
-/// row, another one for a row that is wrong, which is to be reported each time.
-HRESULT VyrDifTransientStandard::ReadThicknesses(std::vector<double>& thicknesses) {
+/// Reads the table up to the first row that cannot be read. True when that row lies past the last
+/// one; a row that is wrong, or a search that failed, is to be reported each time.
+bool VyrDifTransientStandard::ReadThicknesses(std::vector<double>& thicknesses) {
+  constexpr const char* path = "LineThickness.mm";
   for (int row = 1;; ++row) {
     double thickness = 0;
-    const HRESULT result = GetValue("LineThickness.mm", row, thickness);
-    if (result != S_OK) return result;
+    if (GetValue(path, row, thickness) != S_OK) break;
     thicknesses.push_back(thickness);
   }
+  const StandardNodes* const rows = FindNodes(path);
+  return rows != nullptr && rows->size() == thicknesses.size();
 }

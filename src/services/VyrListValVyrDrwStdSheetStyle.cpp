@@ -1,5 +1,7 @@
 #include "VyrListValVyrDrwStdSheetStyle.h"
 
+#include <algorithm>
+
 #include "VyrDiagnostics.h"
 
 namespace {
@@ -16,7 +18,9 @@ VyrDrwStdSheetStyle& NoStyle() {
 }  // namespace
 
 VyrListValVyrDrwStdSheetStyle::VyrListValVyrDrwStdSheetStyle(int capacity) {
-  if (capacity > 0) styles_.reserve(static_cast<std::size_t>(capacity));
+  // A hint only: an absurd one must not take the memory of the process.
+  constexpr int most = 4096;
+  if (capacity > 0) styles_.reserve(static_cast<std::size_t>(std::min(capacity, most)));
 }
 
 bool VyrListValVyrDrwStdSheetStyle::Has(int position) const {

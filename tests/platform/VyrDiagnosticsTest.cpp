@@ -195,4 +195,11 @@ TEST(Diagnostics, LineTakesFourPlacesAndMoreWhereItNeedsThem) {
             ">> ASSERTION FAILED : m [File: VyrUnit:12345].<<\n");
 }
 
+TEST(Diagnostics, ControlCharactersForgeNoLineOfTheErrorLog) {
+  const DiagnosticsCapture capture;
+  VyrSysLogError("a\nb\x1b[2J\x7f.xml\n");
+  VyrSysLogError("caf\xc3\xa9\n");
+  EXPECT_EQ(capture.errors, (std::vector<std::string>{"a?b?[2J?.xml\n", "caf\xc3\xa9\n"}));
+}
+
 }  // namespace

@@ -217,4 +217,16 @@ TEST(XPath, DeepAndWideDocumentsAreEvaluatedWhole) {
   }
 }
 
+TEST(XPath, ExpressionThatTakesTheSquareOfTheDocumentIsGivenUp) {
+  std::string xml = "<n>";
+  for (int i = 0; i < 20'000; ++i) xml += "<a/>";
+  const Parsed parsed = ParseText(xml + "</n>");
+  ASSERT_TRUE(IsAccepted(parsed));
+  std::vector<std::string> selected;
+  EXPECT_EQ(Select(*parsed.document, "//a[count(//a[not(b)]) > 0]", selected), E_FAIL);
+  EXPECT_THAT(selected, IsEmpty());
+  EXPECT_EQ(Select(*parsed.document, "//a[not(b)]", selected), S_OK);
+  EXPECT_EQ(selected.size(), 20'000u);
+}
+
 }  // namespace

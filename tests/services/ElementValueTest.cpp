@@ -52,6 +52,13 @@ TEST(ElementValue, ChildrenOfAHostThatCannotBeReadAreReportedAndCountAsNone) {
   EXPECT_EQ(capture.errors.size(), 1u);
 }
 
+TEST(ElementValue, ColourWithABadComponentAddsNone) {
+  const DiagnosticsCapture capture;
+  std::vector<int> components = {7};
+  EXPECT_EQ(AppendAs({"1 two 3", "std:colorval"}, components), E_UNEXPECTED);
+  EXPECT_THAT(components, ElementsAre(7));
+}
+
 TEST(ElementValue, TextMayBeEmptyInADocumentOfAHostAndIsNoNumber) {
   const DiagnosticsCapture capture;
   int number = 77;

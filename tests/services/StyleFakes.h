@@ -153,13 +153,13 @@ class FakePlainElement final : public VyrImplements<VyrIDftElementWithStandard>,
 };
 
 /// An element that follows a standard and looks as a style says.
-class FakeElement final
+class FakeDraftingElement final
     : public VyrImplements<VyrIDftElementWithStandard, VyrIDftElementWithStyle, VyrIVisProperties>,
-      VyrCountedInstance<FakeElement> {
+      VyrCountedInstance<FakeDraftingElement> {
  public:
-  static constexpr const char* kClassName = "FakeElement";
+  static constexpr const char* kClassName = "FakeDraftingElement";
 
-  explicit FakeElement(VyrIDftStandard_var given = {}) : standard(std::move(given)) {}
+  explicit FakeDraftingElement(VyrIDftStandard_var given = {}) : standard(std::move(given)) {}
 
   VyrIDftStandard_var standard;
   HRESULT standardResult = S_OK;

@@ -45,7 +45,7 @@ class StyledElement : public testing::Test {
   VyrVisPropertiesValues& Points() { return element->shown[VyrVisPoints]; }
 
   TemporaryFolder folder;
-  VyrVar<FakeElement> element{new FakeElement};
+  VyrVar<FakeDraftingElement> element{new FakeDraftingElement};
 };
 
 TEST_F(StyledElement, HasTheGraphicsOfItsShippedStandard) {

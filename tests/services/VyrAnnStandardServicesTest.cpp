@@ -256,6 +256,17 @@ TEST_F(AnnStandardServices, MayBeOpenedOnSeveralThreads) {
 
 // --- Standards without a document ----------------------------------------------------------------
 
+TEST_F(AnnStandardServices, FileIsOpenedWithoutTheContainerAndWithoutTheCache) {
+  const TemporaryFolder elsewhere;
+  const std::string path = elsewhere.Write("any name", Standard(Parent("JIS")));
+  const auto services = Services::OpenFile(path);
+  EXPECT_EQ(ParentOf(*services), "JIS");
+  EXPECT_EQ(services->IsShared(), 0);
+  elsewhere.Write("any name", Standard(Parent("ANSI")));
+  EXPECT_EQ(ParentOf(*Services::OpenFile(path)), "ANSI");
+  EXPECT_EQ(ParentOf(*services), "JIS");
+}
+
 TEST_F(AnnStandardServices, UnknownStandardHasNoDocumentAndIsNotCached) {
   Write("SITE", Version("220"));
   { const Services services("SITE"); }

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
@@ -112,6 +113,16 @@ TEST(StandardClass, FileThatCannotBeReadHasNoneAndIsReportedOnce) {
 }
 
 // --- Lists of files ------------------------------------------------------------------------------
+
+TEST_F(FolderOfStandards, PipeKeepsNobodyWaitingAndNameForgesNoLineOfTheLog) {
+  ASSERT_EQ(::mkfifo((folder_ / "a\nb.xml").c_str(), 0600), 0);
+  const DiagnosticsCapture capture;
+  Names iso, jis, asme;
+  Services::ListXMLStdInDirectory(folder_.Path().c_str(), "xml", iso, jis, asme);
+  EXPECT_EQ(iso, Names{"iso"});
+  ASSERT_EQ(capture.errors.size(), 1u);
+  EXPECT_THAT(capture.errors[0], HasSubstr("a?b.xml: cannot be opened as a regular file\n"));
+}
 
 TEST_F(FolderOfStandards, BaseNamesAreListedInTheOrderOfTheirBytes) {
   EXPECT_THAT(Files("xml"), ElementsAre("ansi", "asme", "din", "iso", "jis"));

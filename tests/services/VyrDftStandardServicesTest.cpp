@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <csignal>
@@ -207,6 +208,23 @@ TEST_F(Discovery, FileBesideTheWorkingDirectoryDoesNotStandForOneInIt) {
   EXPECT_EQ(Find("ISO"), "69");
   EXPECT_THAT(capture.errors, SizeIs(1));
   EXPECT_EQ(ReadWholeFile(beside), "planted");
+}
+
+TEST_F(Discovery, LinkInPlaceOfTheCopyIsNoStandard) {
+  site_.Write("Site.xml", "<a/>");
+  temp_.Write("planted.xml", "<b/>");
+  fs::create_symlink(temp_ / "planted.xml", work_ / "Site.xml");
+  const DiagnosticsCapture capture;
+  EXPECT_EQ(Find("Site"), "69");
+  EXPECT_EQ(ReadWholeFile(temp_ / "planted.xml"), "<b/>");
+  EXPECT_THAT(capture.errors, SizeIs(1));
+}
+
+TEST_F(Discovery, PipeInPlaceOfTheCopyKeepsNobodyWaiting) {
+  site_.Write("Site.xml", "<a/>");
+  ASSERT_EQ(::mkfifo((work_ / "Site.xml").c_str(), 0600), 0);
+  const DiagnosticsCapture capture;
+  EXPECT_EQ(Find("Site"), "69");
 }
 
 TEST_F(Discovery, FolderInPlaceOfTheCopyIsNoStandard) {

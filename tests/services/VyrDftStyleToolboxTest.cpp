@@ -15,7 +15,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-IUnknown* AsUnknown(FakeElement& element) {
+IUnknown* AsUnknown(FakeDraftingElement& element) {
   return static_cast<VyrIDftElementWithStandard*>(&element);
 }
 
@@ -31,8 +31,8 @@ class StyleOfElement : public testing::Test {
 
   DiagnosticsCapture diagnostics;
   VyrVar<FakeStandard> standard{new FakeStandard};
-  VyrVar<FakeElement> element{
-      new FakeElement(VyrIDftStandard_var::Share(static_cast<VyrIDftStandard*>(standard.Get())))};
+  VyrVar<FakeDraftingElement> element{new FakeDraftingElement(
+      VyrIDftStandard_var::Share(static_cast<VyrIDftStandard*>(standard.Get())))};
   VyrIDftStyle_var style;
 };
 
@@ -381,7 +381,7 @@ class SetGraphicProperties : public testing::Test {
 
   DiagnosticsCapture diagnostics;
   VyrVar<FakeStyle> style{new FakeStyle};
-  VyrVar<FakeElement> element{new FakeElement};
+  VyrVar<FakeDraftingElement> element{new FakeDraftingElement};
   HRESULT dispatchResult = S_OK;
   std::vector<Event> events;
 
@@ -460,9 +460,9 @@ TEST_F(SetGraphicProperties, FailsReportedButServesLinesWhenPointsFail) {
 }
 
 TEST_F(SetGraphicProperties, FailsReportedWhenTheElementRefuses) {
-  for (HRESULT FakeElement::*const refusal :
-       {&FakeElement::presenceResult, &FakeElement::readResult, &FakeElement::writeResult,
-        &FakeElement::readBackResult}) {
+  for (HRESULT FakeDraftingElement::*const refusal :
+       {&FakeDraftingElement::presenceResult, &FakeDraftingElement::readResult,
+        &FakeDraftingElement::writeResult, &FakeDraftingElement::readBackResult}) {
     element->written.clear();
     (element.Get()->*refusal) = E_FAIL;
     EXPECT_EQ(Set(), E_FAIL);

@@ -116,6 +116,16 @@ TEST(TransientStandardScalar, ElementDeeperThanAValueIsReportedAndUnexpected) {
   ExpectFailure(*standard, "b", VyrUnicodeString("kept"), E_UNEXPECTED, kWrongType);
 }
 
+TEST(TransientStandardScalar, PathMayBeTheTextThatTheValueGoesInto) {
+  const TransientStandard standard = StandardOf(
+      "<std:strval name='a long name of a value'>another long text of a value</std:strval>");
+  VyrUnicodeString text = "a long name of a value";
+  ASSERT_EQ(standard->GetValue(text.CString(), 1, text), S_OK);
+  EXPECT_EQ(text.View(), "another long text of a value");
+  EXPECT_EQ(standard->GetValue("another long text of a value", 1, text), E_FAIL);
+  EXPECT_EQ(standard->GetValue("a long name of a value", 1, text), S_OK);
+}
+
 TEST(TransientStandardScalar, NullPathIsInvalid) {
   const TransientStandard standard = StandardOf(kValues);
   int number = 77;

@@ -102,6 +102,15 @@ TEST(StyleNames, NullListIsReportedAndInvalid) {
   EXPECT_THAT(CheckTexts(capture.errors), ElementsAre(kNullPointer));
 }
 
+TEST(StyleNames, TypeMayBeOneOfTheNamesThatGo) {
+  const TransientStandard standard = StandardOf(
+      "<std:node name='Styles'><std:node name='A type with a long name'>"
+      "<std:node name='Default'/></std:node></std:node>");
+  VyrListValVyrUnicodeString names = {"A type with a long name"};
+  ASSERT_EQ(standard->GetStylesNames(names[0].CString(), &names), S_OK);
+  EXPECT_EQ(names, VyrListValVyrUnicodeString{"Default"});
+}
+
 TEST(StyleNames, AreTraced) {
   const TransientStandard standard = StandardOf(kStyles);
   const TraceOn trace("DifCptWithStd");

@@ -366,9 +366,13 @@ TEST(TransientStandardLoading, TakesAnotherFileOnceTheFirstCouldNotBeRead) {
   const TemporaryFolder folder;
   const DiagnosticsCapture capture;
   const TransientStandard standard(new Standard(folder / "late.xml", "late"));
-  folder.Write("late.xml", StandardText(kParent));
+  EXPECT_EQ(standard->GetVersion(), 0);
+  folder.Write("late.xml", StandardText(std::string(kParent) +
+                                        "<std:node name='Version'><std:intval>220</std:intval>"
+                                        "</std:node>"));
   EXPECT_EQ(standard->Load(), S_OK);
   EXPECT_EQ(standard->HasNode("Dimension"), 1);
+  EXPECT_EQ(standard->GetVersion(), 220);
 }
 
 TEST(TransientStandardLoading, SetsTheOptionsAndTraces) {

@@ -199,6 +199,20 @@ TEST(TransientStandardThickness, TableEndsAtTheFirstRowThatFailsWhichIsReportedE
   }
 }
 
+TEST(TransientStandardThickness, TableThatCouldNotBeSearchedIsSearchedAgain) {
+  HostDOM host(StandardText(Thicknesses({"0.5"})));
+  const TransientStandard standard(new VyrDifTransientStandard("any.xml", "Any"));
+  const DiagnosticsCapture capture;
+  int index = 77;
+  host.evaluateResult = E_FAIL;
+  EXPECT_EQ(standard->GetLineThicknessIndex(0.5, &index), S_OK);
+  EXPECT_EQ(index, 0);
+  EXPECT_FALSE(capture.errors.empty());
+  host.evaluateResult = S_OK;
+  EXPECT_EQ(standard->GetLineThicknessIndex(0.5, &index), S_OK);
+  EXPECT_EQ(index, 1);
+}
+
 TEST(TransientStandardThickness, TableIsSearchedOnce) {
   HostDOM host(StandardText(Thicknesses(std::vector<std::string>(300, "0.5"))));
   const TransientStandard standard(new VyrDifTransientStandard("any.xml", "Any"));

@@ -11,7 +11,7 @@ const std::string kUndefined =
 }  // namespace
 
 TEST(Check, AValidStandardIsNamedWithItsVersion) {
-  const ToolRun run = RunTool({"check", "-"}, {.input = SampleStandard()});
+  const ToolRun run = RunTool({"check", "-"}, {.input = WithSheets(SampleStandard())});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "-: valid, version 220\n");
   EXPECT_EQ(run.err, "");
@@ -53,7 +53,7 @@ TEST(Check, AVersionThatCannotBeToldIsNotValidAndTheKnownOnesAreNamed) {
 
 TEST(Check, JsonHasAnObjectForEveryFile) {
   const TemporaryFolder folder;
-  const std::string good = folder.Write("good.xml", SampleStandard());
+  const std::string good = folder.Write("good.xml", WithSheets(SampleStandard()));
   const std::string bad = folder.Write("bad.xml", Document(kUndefined));
   const ToolRun run = RunTool({"check", "--json", good, bad, folder / "missing.xml"});
   EXPECT_EQ(run.status, 3);
@@ -63,7 +63,8 @@ TEST(Check, JsonHasAnObjectForEveryFile) {
                                      {"readable", true},
                                      {"valid", true},
                                      {"version", 220},
-                                     {"problems", nlohmann::json::array()}}));
+                                     {"problems", nlohmann::json::array()},
+                                     {"lines", nlohmann::json::array()}}));
   EXPECT_EQ(list[1]["valid"], false);
   EXPECT_EQ(list[1]["readable"], true);
   EXPECT_EQ(list[1]["problems"].size(), 2u);
@@ -71,4 +72,104 @@ TEST(Check, JsonHasAnObjectForEveryFile) {
   EXPECT_EQ(list[2]["valid"], false);
   EXPECT_TRUE(list[2]["version"].is_null());
   EXPECT_EQ(list[2]["problems"].size(), 1u);
+}
+
+namespace {
+
+constexpr const char* kLarge = "<std:node name=\"Large\">";
+constexpr const char* kDefault = "<std:node name=\"Default\">";
+
+/// A change that makes a standard unusable, what is said of it, and its line by what that holds.
+struct Damage {
+  std::string part;
+  std::string by;
+  std::string text;
+  std::string line;
+};
+
+const std::vector<Damage>& Damages() {
+  static const std::vector<Damage> damages = {
+      {"1189", "wide", "the sheet format 'A0 ISO' has the Width 'wide'; it would be a number",
+       "wide"},
+      {"<std:floatval name=\"Height\">210.0</std:floatval>", "",
+       "the sheet format 'Strip' has 3 values; it would have 4", "Strip"},
+      {"enumval name=\"FormatOrientationType\">PortraitOnly</std:enumval>",
+       "strval name=\"FormatOrientationType\">Upright</std:strval>",
+       "the sheet format 'Strip' has a FormatOrientationType that is no enum", "Upright"},
+      {">0.5<", ">half<", "the sheet style 'Large' has the GlobalScale 'half'", kLarge},
+      {Parameter("GlobalScale", "floatval", "1.0"), "",
+       "the sheet style 'Default' has no GlobalScale", kDefault},
+      {Parameter("Format", "strval", "A0 ISO"), Parameter("Format", "strval", "A9"),
+       "the sheet style 'Large' has the Format 'A9', which is none of the sheet formats; there are "
+       "'A0 ISO', 'Strip'",
+       kLarge},
+      {Parameter("Format", "strval", "A0 ISO"), "", "the sheet style 'Large' has no Format",
+       kLarge},
+      {Parameter("GenViewsPosMode", "enumval name=\"GenViewsPosMode\"", "FixedAxis"), "",
+       "the sheet style 'Large' has no GenViewsPosMode; it would be 'FixedCG' or 'FixedAxis'",
+       kLarge},
+      {Parameter("ProjectionMethod", "enumval name=\"ProjectionMethod\"", "First angle"),
+       Parameter("ProjectionMethod", "strval", "Second"),
+       "the sheet style 'Default' has the ProjectionMethod 'Second'; it would be 'First angle' or "
+       "'Third angle'",
+       kDefault},
+      {kDefault,
+       "<std:node name=\"Odd\">" + Parameter("GlobalScale", "floatval", "1") +
+           Parameter("ProjectionMethod", "strval", "First angle") +
+           Parameter("GenViewsPosMode", "strval", "FixedCG") +
+           Parameter("Orientation", "strval", "Portrait") + "</std:node>\n" + kDefault,
+       "the sheet style 'Odd' has no DisplayFormat", "\"Odd\""},
+  };
+  return damages;
+}
+
+}  // namespace
+
+TEST(Check, EachFaultOfSheetsIsAMessageWithFileLineAndName) {
+  const TemporaryFolder folder;
+  for (const Damage& damage : Damages()) {
+    SCOPED_TRACE(damage.text);
+    const std::string text = Replaced(WithSheets(SampleStandard()), damage.part, damage.by);
+    const std::string file = folder.Write("a.xml", text);
+    const ToolRun run = RunTool({"check", file});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, testing::StartsWith(file + ": not valid: "));
+    EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 1);
+    const int line = LineOf(text, damage.line);
+    EXPECT_THAT(run.err, testing::HasSubstr("holstd: " + file + ":" + std::to_string(line) + ": " +
+                                            damage.text));
+    EXPECT_THAT(run.err, testing::Not(testing::HasSubstr("ASSERTION")));
+    const nlohmann::json report = ParsedJson(RunTool({"check", file, "--json"}))[0];
+    EXPECT_EQ(report["valid"], false);
+    EXPECT_EQ(report["lines"].size(), report["problems"].size());
+    EXPECT_EQ(report["lines"][0], line);
+    EXPECT_THAT(report["problems"].dump(), testing::HasSubstr(damage.text));
+  }
+}
+
+TEST(Check, AStandardWithoutSheetsIsNotValidFromVersion60On) {
+  const ToolRun run = RunTool({"check", "-"}, {.input = SampleStandard()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "-: not valid: 2 problems of structure\n");
+  EXPECT_THAT(run.err, testing::HasSubstr("holstd: standard input: there is no node Sheet"));
+  EXPECT_THAT(run.err, testing::HasSubstr("holstd: standard input: there is no node SheetFormat"));
+  const std::string empty =
+      "<std:node name=\"SheetFormat\"/>\n<std:node name=\"Styles\">\n"
+      "<std:node name=\"Sheet\"/></std:node>\n" +
+      Parameter("Version", "intval", "220");
+  const ToolRun ofEmpty = RunTool({"check", "-"}, {.input = Document(empty)});
+  EXPECT_EQ(ofEmpty.status, 1);
+  EXPECT_THAT(ofEmpty.err, testing::HasSubstr("standard input:3: SheetFormat holds no sheet"));
+  EXPECT_THAT(ofEmpty.err, testing::HasSubstr("standard input:5: Styles.Sheet holds no sheet"));
+}
+
+TEST(Check, OlderStandardsNeedNoSheets) {
+  const TemporaryFolder folder;
+  for (const std::string version : {"2", "50", "60"}) {
+    const std::string file = folder / ("v" + version + ".xml");
+    ASSERT_EQ(RunTool({"convert", LegacyText("ISO"), "-o", file, "--to", version}).status, 0);
+    const ToolRun run = RunTool({"check", file});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, file + ": valid, version " + version + "\n");
+  }
 }

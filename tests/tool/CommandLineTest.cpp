@@ -43,7 +43,9 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
   const std::string file = folder.Write("a.xml", SampleStandard());
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
       {{}, "subcommand"},
-      {{"fold"}, "'fold' is no command; there are convert, upgrade, info, get, tree, edit, check"},
+      {{"fold"},
+       "'fold' is no command; there are convert, upgrade, info, get, tree, edit, sheets, "
+       "styles, check, symbols, standards"},
       {{"info"}, "FILE"},
       {{"info", ""}, "file name"},
       {{"get", file}, "PATH"},
@@ -60,6 +62,13 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
       {{"check", "-", "-"}, "standard input"},
       {{"convert", LegacyText("ISO")}, "--output"},
       {{"convert", LegacyText("ISO"), "-o", "-"}, "standard output"},
+      {{"sheets"}, "FILE"},
+      {{"sheets", file, file}, file},
+      {{"styles"}, "FILE"},
+      {{"styles", file, "Text", "B"}, "B"},
+      {{"symbols", "A", "B"}, "B"},
+      {{"standards", "ISO"}, "ISO"},
+      {{"standards", "--frobnicate"}, "--frobnicate"},
       {{"edit", file, "-o", folder / "b.xml"}, "-c"},
       {{"edit", file, "-c", "node Root:A"}, "--in-place"},
       {{"edit", file, "-c", "node Root:A", "-o", folder / "b.xml", "--in-place"}, "--in-place"},
@@ -86,7 +95,8 @@ TEST(CommandLine, HelpIsDataAndHasExamples) {
   const ToolRun run = RunTool({"--help"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, "");
-  for (const char* command : {"convert", "info", "get", "tree", "edit", "check"}) {
+  for (const char* command : {"convert", "info", "get", "tree", "edit", "sheets", "styles", "check",
+                              "symbols", "standards"}) {
     EXPECT_THAT(run.out, HasSubstr("\n  " + std::string(command) + " "));
     const ToolRun help = RunTool({command, "--help"});
     EXPECT_EQ(help.status, 0);
@@ -146,7 +156,7 @@ TEST(CommandLine, ColoursAreSparseAndNeverWithoutATerminalUnlessAskedFor) {
     arguments.insert(arguments.end(), options.begin(), options.end());
     return RunTool(arguments, with).out.find('\033') != std::string::npos;
   };
-  ToolSurroundings with = {.input = SampleStandard()};
+  ToolSurroundings with = {.input = WithSheets(SampleStandard())};
   EXPECT_FALSE(isColored({}, with));
   EXPECT_FALSE(isColored({"--color", "never"}, with));
   EXPECT_TRUE(isColored({"--color", "always"}, with));
@@ -167,9 +177,9 @@ TEST(CommandLine, OnATerminalThereAreColoursUnlessTheEnvironmentSaysNo) {
     SCOPED_TRACE(testing::PrintToString(environment));
     const PseudoTerminal terminal;
     ASSERT_TRUE(terminal.IsOpen());
-    const ToolRun run = RunTool(
-        {"check", "-"},
-        {.input = SampleStandard(), .outputFile = terminal.Path(), .environment = environment});
+    const ToolRun run = RunTool({"check", "-"}, {.input = WithSheets(SampleStandard()),
+                                                 .outputFile = terminal.Path(),
+                                                 .environment = environment});
     EXPECT_EQ(run.status, 0);
     const std::string shown = terminal.Read();
     EXPECT_THAT(shown, HasSubstr("valid"));
@@ -178,15 +188,22 @@ TEST(CommandLine, OnATerminalThereAreColoursUnlessTheEnvironmentSaysNo) {
 }
 
 TEST(CommandLine, OutputThatCannotBeWrittenIsStatus4) {
-  const std::vector<std::vector<std::string>> cases = {
-      {"info", "-"}, {"info", "-", "--json"}, {"get", "-", "Version"},
-      {"tree", "-"}, {"check", "-"},          {"--help"},
-      {"--version"}};
+  const std::vector<std::vector<std::string>> cases = {{"info", "-"},
+                                                       {"info", "-", "--json"},
+                                                       {"get", "-", "Version"},
+                                                       {"tree", "-"},
+                                                       {"check", "-"},
+                                                       {"sheets", "-"},
+                                                       {"styles", "-", "Sheet"},
+                                                       {"symbols"},
+                                                       {"--help"},
+                                                       {"--version"}};
+  const std::string standard = WithSheets(SampleStandard());
   for (const auto& arguments : cases) {
     SCOPED_TRACE(testing::PrintToString(arguments));
-    ExpectFailure(RunTool(arguments, {.input = SampleStandard(), .outputFile = "/dev/full"}), 4,
+    ExpectFailure(RunTool(arguments, {.input = standard, .outputFile = "/dev/full"}), 4,
                   {"standard output", "space"});
-    ExpectFailure(RunTool(arguments, {.input = SampleStandard(), .isReaderGone = true}), 4,
+    ExpectFailure(RunTool(arguments, {.input = standard, .isReaderGone = true}), 4,
                   {"standard output", "pipe"});
   }
 }
@@ -210,6 +227,8 @@ TEST(CommandLine, WhatCannotBeReadIsStatus3WithFileAndLine) {
              {"get", file, "Version"},
              {"tree", file},
              {"check", file},
+             {"sheets", file},
+             {"styles", file},
              {"edit", file, "-c", "node Root:A", "-o", folder / "out.xml"}}) {
       SCOPED_TRACE(testing::PrintToString(arguments));
       const ToolRun run = RunTool(arguments);
@@ -233,6 +252,8 @@ TEST(CommandLine, AStandardNewerThanTheToolIsStatus6) {
                                                {"get", file, "Version"},
                                                {"tree", file},
                                                {"check", file},
+                                               {"sheets", file},
+                                               {"styles", file},
                                                {"edit", file, "-c", "node Root:A", "--in-place"}}) {
       SCOPED_TRACE(testing::PrintToString(arguments));
       ExpectFailure(RunTool(arguments), 6, {"new.xml", "220", "newer"});
@@ -251,7 +272,7 @@ TEST(CommandLine, AVersionUpToTheToolsOwnIsNotNewer) {
 
 TEST(CommandLine, OfSeveralFilesEachIsServedAndTheWorstStatusReturned) {
   const TemporaryFolder folder;
-  const std::string good = folder.Write("good.xml", SampleStandard());
+  const std::string good = folder.Write("good.xml", WithSheets(SampleStandard()));
   const std::string undated =
       folder.Write("undated.xml", Document(Parameter("Version", "intval", "abc")));
   const std::string newer =
@@ -283,4 +304,52 @@ TEST(CommandLine, APathIsReadWithBackslashesToo) {
 TEST(CommandLine, AFileMayBeCalledLikeASubcommand) {
   const ToolRun run = RunTool({"get", "-", "get"}, {.input = SampleStandard()});
   ExpectFailure(run, 1, {"'get'"});
+}
+
+TEST(CommandLine, WhatOnlyReadsLeavesFilesAndFoldersAsTheyAre) {
+  const TemporaryFolder folder;
+  const std::string text = WithSheets(SampleStandard());
+  const std::string file = folder.Write("a.xml", text);
+  const std::string broken = folder.Write("b.xml", Document("<std:node>\n"));
+  const auto time = std::filesystem::last_write_time(file);
+  for (const auto& arguments : std::vector<std::vector<std::string>>{{"info", file},
+                                                                     {"get", file, "Version"},
+                                                                     {"tree", file},
+                                                                     {"check", file, broken},
+                                                                     {"sheets", file},
+                                                                     {"styles", file},
+                                                                     {"sheets", broken},
+                                                                     {"styles", broken},
+                                                                     {"standards"}}) {
+    RunTool(arguments, {.environment = {{"VYR_STANDARD_PATH", folder.Path().string()},
+                                        {"VyrTemp", folder.Path().string()},
+                                        {"WOB_ODT_OUT", folder.Path().string()}}});
+    EXPECT_EQ(ReadWholeFile(file), text);
+    EXPECT_EQ(ReadWholeFile(broken), Document("<std:node>\n"));
+    EXPECT_EQ(std::filesystem::last_write_time(file), time);
+    const auto files = std::filesystem::directory_iterator(folder.Path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 2) << arguments.front();
+  }
+}
+
+TEST(CommandLine, HostileArgumentsAreAnsweredLikeAnyOther) {
+  const std::string standard = WithSheets(SampleStandard());
+  std::vector<std::string> names = {"'",    "\"",       "']|//*[@name='Ink",     "..", ".", "a..b",
+                                    "%s%n", "\x1B[31m", std::string(100000, 'x')};
+  std::string longPath = "Dimension";
+  for (int i = 0; i < 5000; ++i) longPath += ".Dimension";
+  names.push_back(longPath);
+  for (const std::string& name : names) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{"get", "-", name},
+                                                                       {"get", "-", name, "--all"},
+                                                                       {"get", "-", name, "--type"},
+                                                                       {"styles", "-", name},
+                                                                       {"symbols", name}}) {
+      SCOPED_TRACE(arguments.front() + " " + name.substr(0, 40));
+      const ToolRun run = RunTool(arguments, {.input = standard});
+      ExpectFailure(run, 1, {});
+      EXPECT_EQ(run.out, "");
+      EXPECT_THAT(run.err, Not(HasSubstr("\x1B")));
+    }
+  }
 }

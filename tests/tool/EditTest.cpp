@@ -255,7 +255,7 @@ TEST_F(Edit, ControlCharactersAreNotSaved) {
 }
 
 TEST_F(Edit, AVersionThatCannotBeToldCanBeMended) {
-  folder.Write("in.xml", Document(Parameter("Version", "intval", "abc")));
+  folder.Write("in.xml", WithSheets(Document(Parameter("Version", "intval", "abc"))));
   EXPECT_EQ(Run({"change Root.Version:220"}).status, 0);
   EXPECT_EQ(RunTool({"check", output}).out, output + ": valid, version 220\n");
 }

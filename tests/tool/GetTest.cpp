@@ -24,7 +24,7 @@ ToolRun GetOf(const std::string& text, const std::string& path,
 
 }  // namespace
 
-TEST(Get, PrintsTheFirstValueOfTheNodeElseTheValueOfThatNameInTheNodeBefore) {
+TEST(Get, PrintsTheFirstValueOfTheFirstElementThatThePathFinds) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"Dimension.ParentStandard", "ANSI"},
       {"Dimension.DIMLTail", "2.0"},
@@ -34,6 +34,14 @@ TEST(Get, PrintsTheFirstValueOfTheNodeElseTheValueOfThatNameInTheNodeBefore) {
       {"Frames.FrameDef", "Box"},
       {"Frames.FrameDef.Type", "21"},
       {"Version", "220"},
+      // A name is found at any depth, in definitions too, and may be that of an enumeration.
+      {"DIMLTail", "2.0"},
+      {"Frames.Type", "21"},
+      {"FrameDef.Name", "XXX"},
+      {"YesNo", "Yes"},
+      {"Dimension.Blanking.YesNo", "Yes"},
+      // A dot at the end is nothing.
+      {"Version.", "220"},
   };
   for (const auto& [path, value] : cases) {
     const ToolRun run = RunTool({"get", "-", path}, {.input = SampleStandard()});
@@ -52,7 +60,12 @@ TEST(Get, WhatIsNotThereIsANegativeAnswer) {
       {"Dimension", "has no value of its own but 4 nodes"},
       {"Root.Dimension.DIMLTail", "'Dimension.DIMLTail'"},
       {"Dimension.DIMLTail.2.0", "'2'"},
-      {"YesNo.Yes", "'YesNo'"},
+      {"YesNo.Yes", "there is no 'Yes' below 'YesNo'"},
+      {"drafting", "there is no 'drafting' in the standard"},
+      {"Dimension..DIMLTail", "there is no '' below 'Dimension'"},
+      {".Dimension", "there is no '' in the standard"},
+      {"Dimension.'A'", "no query finds a name with an apostrophe"},
+      {"x']|//*[@name='Ink", "no query finds a name with an apostrophe"},
       {"", "no value"},
   };
   for (const auto& [path, part] : cases) {
@@ -104,38 +117,107 @@ TEST(Get, TheMatchesAreThoseOfAllNodesOfEveryNameInTheOrderOfTheFile) {
   }
   EXPECT_EQ(GetOf(RepeatedNames(), "Group.Entry.X", {}).out, "a\n");
   EXPECT_EQ(GetOf(RepeatedNames(), "Group.Entry.X", {"--type"}).out, "string 5\n");
-  // The values of a node whose name stands last.
-  EXPECT_EQ(GetOf(RepeatedNames(), "Group.Entry", {"--all"}).out, "a\nb\nc\nf\n");
-  EXPECT_EQ(GetOf(SampleStandard(), "Sizes", {"--all"}).out, "2.5\n3.5\n");
+  // Of a node the first value is told, and nothing of one that holds none.
+  EXPECT_EQ(GetOf(RepeatedNames(), "Group.Entry", {"--all"}).out, "a\nb\nf\n");
+  EXPECT_EQ(GetOf(SampleStandard(), "Sizes", {"--all"}).out, "2.5\n");
   EXPECT_EQ(GetOf(SampleStandard(), "Frames.FrameDef.Type", {"--all"}).out, "21\n3\n");
 }
 
-TEST(Get, ANodeGoesBeforeAValueOfItsName) {
-  const std::string text =
+TEST(Get, ANodeAndTheValueOfItsNameInsideBothMatch) {
+  const std::string text = Document(Parameter("Fill", "enumval name=\"Fill\"", "Yes"));
+  EXPECT_EQ(GetOf(text, "Fill", {"--all"}).out, "Yes\nYes\n");
+  const std::string both =
       Document("<std:node name=\"A\"><std:strval name=\"X\">value</std:strval>" +
                Parameter("X", "strval", "node") + "</std:node>");
-  EXPECT_EQ(GetOf(text, "A.X", {"--all"}).out, "node\n");
+  EXPECT_EQ(GetOf(both, "A.X", {"--all"}).out, "value\nnode\n");
 }
 
-TEST(Get, AnEnumerationOrABoundIsNoNameInAPath) {
-  for (const char* path : {"Dimension.Blanking.YesNo", "A.b"}) {
-    const std::string bounded = Parameter("A", "floatval minval=\"b\"", "1.0");
-    const std::string text = path[0] == 'A' ? Document(bounded) : SampleStandard();
-    for (const char* option : {"--all", "--type", "--json"}) {
-      ExpectFailure(GetOf(text, path, {option}), 1, {"there is no"});
+TEST(Get, ALineThicknessAloneIsTheTableOfTheStandardOnly) {
+  const std::string text = Document("<std:node name=\"Style\">" +
+                                    Parameter("LineThickness", "intval", "1") + "</std:node>");
+  ExpectFailure(GetOf(text, "LineThickness", {}), 1, {"'LineThickness'"});
+  EXPECT_EQ(GetOf(text, "Style.LineThickness", {}).out, "1\n");
+}
+
+TEST(Get, ABoundIsNoNameInAPath) {
+  const std::string text = Document(Parameter("A", "floatval minval=\"b\"", "1.0"));
+  for (const char* option : {"--all", "--type", "--json"}) {
+    ExpectFailure(GetOf(text, "A.b", {option}), 1, {"there is no 'b' below 'A'"});
+  }
+}
+
+TEST(Get, ANumberIsShownAsTheShortestTextOfItsType) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"1189", "1189.0"},  {"0.10", "0.1"},    {"-0.5e1", "-5.0"},
+      {"1e300", "1e+300"}, {" 2.5 mm", "2.5"}, {"0.1000000000000000055", "0.1"},
+  };
+  for (const auto& [text, shown] : cases) {
+    EXPECT_EQ(GetOf(Document(Parameter("A", "floatval", text)), "A", {}).out, shown + "\n");
+  }
+  EXPECT_EQ(GetOf(Document(Parameter("A", "intval", " +007")), "A", {}).out, "7\n");
+}
+
+TEST(Get, AColorIsItsComponentsWhereverItStandsAmongColorsAndInts) {
+  const std::string text =
+      Document(Parameter("C", "colorval", "1 2  3") + Parameter("C", "intval", "7") +
+               Parameter("C", "colorval", "4 5 6"));
+  EXPECT_EQ(GetOf(text, "C", {}).out, "1 2 3\n");
+  EXPECT_EQ(GetOf(text, "C", {"--index", "2"}).out, "7\n");
+  EXPECT_EQ(GetOf(text, "C", {"--index", "3"}).out, "4 5 6\n");
+  EXPECT_EQ(GetOf(text, "C", {"--all"}).out, "1 2 3\n7\n4 5 6\n");
+  EXPECT_EQ(GetOf(text, "C", {"--type"}).out, "color 1\n");
+}
+
+TEST(Get, AColorAmongOtherTypesIsNotTold) {
+  const std::string text =
+      Document(Parameter("C", "colorval", "1 2 3") + Parameter("C", "strval", "red"));
+  ExpectFailure(GetOf(text, "C", {}), 1, {"'1 2 3'", "would be colors or ints"});
+  EXPECT_EQ(GetOf(text, "C", {"--all"}).out, "red\n");
+}
+
+TEST(Get, AValueThatCannotBeReadAsItsTypeIsANegativeAnswer) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {Parameter("A", "intval", "abc"), "'abc', which cannot be told as the int"},
+      {Parameter("A", "intval", "99999999999"), "cannot be told as the int"},
+      {Parameter("A", "floatval", "wide"), "'wide', which cannot be told as the float"},
+      {Parameter("A", "colorval", "red"), "'red'"},
+      {Parameter("A", "strval", ""), "'A' is empty"},
+      {"<std:node name=\"A\"/>", "no value of its own"},
+  };
+  for (const auto& [content, part] : cases) {
+    for (const char* option : {"--all", "--index=1", "--json"}) {
+      const ToolRun run = GetOf(Document(content), "A", {option});
+      ExpectFailure(run, 1, {part});
+      EXPECT_EQ(run.out, "");
+    }
+  }
+}
+
+TEST(Get, WhatIsAskedInVainAlongTheWayIsNoReport) {
+  for (const auto& more : std::vector<std::vector<std::string>>{
+           {}, {"--all"}, {"--type"}, {"--json"}, {"--type", "--json"}}) {
+    for (const char* path : {"Ink", "Frames.FrameDef.Name", "Sizes", "Dimension.Blanking"}) {
+      std::vector<std::string> options = {"-v"};
+      options.insert(options.end(), more.begin(), more.end());
+      const ToolRun run = GetOf(SampleStandard(), path, options);
+      EXPECT_EQ(run.status, 0);
+      EXPECT_EQ(run.err, "");
     }
   }
 }
 
 TEST(Get, AnIndexBeyondTheLastIsANegativeAnswerThatSaysHowManyThereAre) {
   for (const char* json : {"--json", "-q"}) {
-    const ToolRun run = GetOf(SampleStandard(), "Sizes", {"--index", "3", json});
-    ExpectFailure(run, 1, {"'Sizes' has 2 values", "no 3"});
+    const ToolRun run = GetOf(SampleStandard(), "Sizes", {"--index", "2", json});
+    ExpectFailure(run, 1, {"'Sizes' finds 1 element;", "no 2"});
     EXPECT_EQ(run.out, "");
   }
-  ExpectFailure(GetOf(SampleStandard(), "Ink", {"--index", "2"}), 1, {"'Ink' has 1 value;"});
+  ExpectFailure(GetOf(SampleStandard(), "Frames.FrameDef.Type", {"--index", "3"}), 1,
+                {"finds 2 elements", "no 3"});
+  ExpectFailure(GetOf(SampleStandard(), "Ink", {"--index", "9223372036854775807"}), 1,
+                {"finds 1 element;"});
   for (const std::vector<std::string>& option :
-       std::vector<std::vector<std::string>>{{"--index", "2"}, {"--all"}, {"--type"}}) {
+       std::vector<std::vector<std::string>>{{"--index", "1"}, {"--all"}, {"--type"}}) {
     ExpectFailure(GetOf(SampleStandard(), "Nothing", option), 1, {"'Nothing'"});
     ExpectFailure(GetOf(SampleStandard(), "Dimension", option), 1, {"4 nodes"});
   }
@@ -148,6 +230,9 @@ TEST(Get, TheTypeComesWithTheNumberOfValues) {
       {"Frames.FrameDef.Name", "string 2"},
       {"Dimension.Blanking", "enum YesNo 1"},
       {"Ink", "color 1"},
+      {"Frames", "compound 2"},
+      {"YesNo", "string 2"},
+      {"Blanking.YesNo", "enum YesNo 1"},
   };
   for (const auto& [path, line] : cases) {
     const ToolRun run = GetOf(SampleStandard(), path, {"--type"});
@@ -160,16 +245,23 @@ TEST(Get, MixedTypesAreANegativeAnswerThatNamesThem) {
   const ToolRun run = GetOf(SampleStandard(), "Frames.FrameDef", {"--type"});
   ExpectFailure(run, 1, {"mixed types: int, string\n"});
   EXPECT_EQ(run.out, "");
-  const std::string text = Document(Parameter("A", "enumval name=\"One\"", "x") +
-                                    Parameter("A", "enumval name=\"Two\"", "x"));
-  ExpectFailure(GetOf(text, "A", {"--type"}), 1, {"enum One, enum Two"});
+  const std::string text = Document(
+      "<std:node name=\"List\">"
+      "<std:typeval name=\"T\"><std:strval name=\"X\">a</std:strval></std:typeval>"
+      "<std:typeval name=\"T\"><std:intval name=\"X\">1</std:intval></std:typeval></std:node>");
+  ExpectFailure(GetOf(text, "T.X", {"--type"}), 1, {"mixed types: int, string"});
+}
+
+TEST(Get, TheTypeOfANodeIsThatOfTheFirst) {
+  const std::string text =
+      Document(Parameter("A", "enumval name=\"One\"", "x") + Parameter("A", "intval", "1"));
+  EXPECT_EQ(GetOf(text, "A", {"--type"}).out, "enum One 1\n");
 }
 
 TEST(Get, JsonOfAllIsAnArrayAndOfTheTypeAnObject) {
   using nlohmann::json;
-  EXPECT_EQ(
-      ParsedJson(GetOf(SampleStandard(), "Sizes", {"--all", "--json"})),
-      json::array({{{"type", "float"}, {"value", "2.5"}}, {{"type", "float"}, {"value", "3.5"}}}));
+  EXPECT_EQ(ParsedJson(GetOf(SampleStandard(), "Frames.FrameDef.Type", {"--all", "--json"})),
+            json::array({{{"type", "int"}, {"value", "21"}}, {{"type", "int"}, {"value", "3"}}}));
   EXPECT_EQ(ParsedJson(GetOf(SampleStandard(), "Ink", {"--all", "--json"})),
             json::array({{{"type", "color"}, {"value", "255 0 0"}}}));
   EXPECT_EQ(ParsedJson(GetOf(SampleStandard(), "Dimension.Blanking", {"--type", "--json"})),

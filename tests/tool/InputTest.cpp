@@ -1,3 +1,8 @@
+#include <sys/stat.h>
+
+#include <fstream>
+#include <thread>
+
 #include "ToolRun.h"
 
 using testing::HasSubstr;
@@ -9,9 +14,11 @@ namespace {
 
 /// A standard whose Note is "ä€" or, where the encoding has no euro sign, "ä".
 std::string Noted(const std::string& encoding, const std::string& note) {
-  return "<?xml version=\"1.0\" encoding=\"" + encoding +
-         "\"?>\n<std:node xmlns:std=\"http://schemas.hol-standard.example/drafting/std\">" +
-         Parameter("Note", "strval", note) + Parameter("Version", "intval", "220") + "</std:node>";
+  return WithSheets("<?xml version=\"1.0\" encoding=\"" + encoding +
+                    "\"?>\n<std:node "
+                    "xmlns:std=\"http://schemas.hol-standard.example/drafting/std\">" +
+                    Parameter("Note", "strval", note) + Parameter("Version", "intval", "220") +
+                    "</std:node>");
 }
 
 /// ASCII, "ä" as its byte E4 and "€" as its byte 80, in UTF-16 after a byte order mark.
@@ -39,6 +46,10 @@ std::vector<std::vector<std::string>> ReadersOf(const std::string& file,
           {"tree", file, "--json"},
           {"check", file},
           {"check", file, "--json"},
+          {"sheets", file},
+          {"sheets", file, "--json"},
+          {"styles", file},
+          {"styles", file, "--json"},
           {"edit", file, "-c", "node Root:A", "-o", output}};
 }
 
@@ -78,7 +89,7 @@ TEST(Input, TheDeclaredEncodingCountsForFilesAndForStandardInput) {
         EXPECT_THAT(fromFile.out, HasSubstr(note));
         EXPECT_THAT(fromInput.out, HasSubstr(note));
       }
-      if (ofFile[i][0] == "tree") {
+      if (ofFile[i][0] == "tree" || ofFile[i][0] == "styles") {
         EXPECT_EQ(fromFile.out, fromInput.out);
       }
     }
@@ -138,6 +149,23 @@ TEST(Input, AMessageCutInsideACharacterIsStillJson) {
       EXPECT_EQ(list[0]["readable"], false);
       EXPECT_EQ(list[0]["problems"].size(), 1u);
     }
+  }
+}
+
+TEST(Input, APipeWithANameIsReadLikeStandardInput) {
+  const TemporaryFolder folder;
+  const TemporaryFolder temporary;
+  const std::string text = WithSheets(SampleStandard());
+  const std::string pipe = folder / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  for (const auto& arguments : std::vector<std::vector<std::string>>{
+           {"get", pipe, "Version"}, {"sheets", pipe}, {"styles", pipe}, {"check", pipe}}) {
+    std::thread writer([&] { std::ofstream(pipe) << text; });
+    const ToolRun run =
+        RunTool(arguments, {.environment = {{"TMPDIR", temporary.Path().string()}}});
+    writer.join();
+    EXPECT_EQ(run.status, 0) << arguments.front() << run.err;
+    EXPECT_TRUE(std::filesystem::is_empty(temporary.Path()));
   }
 }
 

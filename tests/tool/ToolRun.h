@@ -155,3 +155,57 @@ inline std::string SampleStandard() {
       "</std:node>\n" +
       Parameter("Ink", "colorval", "255 0 0") + Parameter("Version", "intval", "220"));
 }
+
+/// A standard with what the application needs from version 60 on: two sheet formats, and a minimal
+/// and a complete sheet style.
+inline std::string WithSheets(std::string standard) {
+  const auto literals = [](const std::string& name, const std::vector<std::string>& words) {
+    std::string text = "<std:enumdef name=\"" + name + "\">";
+    for (const std::string& word : words) text += "<std:strval>" + word + "</std:strval>";
+    return text + "</std:enumdef>\n";
+  };
+  const auto format = [](const std::string& name, const std::string& width,
+                         const std::string& height, const std::string& orientation) {
+    return "<std:typeval name=\"Formats\"><std:strval name=\"Name\">" + name +
+           "</std:strval><std:floatval name=\"Width\">" + width +
+           "</std:floatval><std:floatval name=\"Height\">" + height +
+           "</std:floatval><std:enumval name=\"FormatOrientationType\">" + orientation +
+           "</std:enumval></std:typeval>\n";
+  };
+  const auto word = [](const std::string& name, const std::string& enumeration,
+                       const std::string& text) {
+    return Parameter(name, "enumval name=\"" + enumeration + "\"", text);
+  };
+  const std::string sheets =
+      literals("FormatOrientationType",
+               {"PortraitByDefault", "LandscapeByDefault", "PortraitOnly", "LandscapeOnly"}) +
+      literals("ProjectionMethod", {"First angle", "Third angle"}) +
+      literals("GenViewsPosMode", {"FixedCG", "FixedAxis"}) +
+      literals("Orientation", {"Portrait", "Landscape"}) + literals("Shown", {"Yes", "No"}) +
+      "<std:node name=\"SheetFormat\">\n" + format("A0 ISO", "1189", "841", "LandscapeByDefault") +
+      format("Strip", "297.5", "210.0", "PortraitOnly") +
+      "</std:node>\n<std:node name=\"Styles\"><std:node name=\"Sheet\">\n"
+      "<std:node name=\"Default\">" +
+      Parameter("GlobalScale", "floatval", "1.0") +
+      word("ProjectionMethod", "ProjectionMethod", "First angle") +
+      "</std:node>\n<std:node name=\"Large\">" + Parameter("GlobalScale", "floatval", "0.5") +
+      word("ProjectionMethod", "ProjectionMethod", "Third angle") +
+      word("GenViewsPosMode", "GenViewsPosMode", "FixedAxis") +
+      Parameter("Format", "strval", "A0 ISO") + word("Orientation", "Orientation", "Landscape") +
+      word("DisplayFormat", "Shown", "No") + "</std:node>\n</std:node></std:node>\n";
+  return standard.insert(standard.rfind("</std:node>"), sheets);
+}
+
+/// `text` with the first occurrence of `part` replaced.
+inline std::string Replaced(std::string text, const std::string& part, const std::string& by) {
+  const std::size_t at = text.find(part);
+  EXPECT_NE(at, std::string::npos) << part;
+  return at == std::string::npos ? text : text.replace(at, part.size(), by);
+}
+
+/// 1-based line of the first occurrence of `part`.
+inline int LineOf(const std::string& text, const std::string& part) {
+  const std::size_t at = text.find(part);
+  EXPECT_NE(at, std::string::npos) << part;
+  return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<long>(at), '\n'));
+}

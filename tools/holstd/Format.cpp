@@ -1,6 +1,7 @@
 #include "Format.h"
 
 #include <array>
+#include <charconv>
 #include <cstdio>
 
 namespace {
@@ -72,6 +73,11 @@ std::string Counted(long count, std::string_view noun) {
   return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
 
+std::string NumberText(double number) {
+  std::array<char, 32> text{};
+  return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
+}
+
 std::string JsonLine(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -111,19 +117,9 @@ std::string ValueText(const Value& value) {
   return text;
 }
 
-std::string TypeText(const Value& value) {
-  const std::string word = TypeWord(value.GetType());
-  const bool isEnum = value.GetType() == Value::ValueEnum;
-  return isEnum ? word + " " + Printable(value.GetValueName().View()) : word;
-}
-
-void AddTypeTo(Json& object, const Value& value) {
+void AddValueTo(Json& object, const Value& value) {
   object["type"] = TypeWord(value.GetType());
   if (value.GetType() == Value::ValueEnum) object["enumeration"] = value.GetValueName().View();
-}
-
-void AddValueTo(Json& object, const Value& value) {
-  AddTypeTo(object, value);
   object["value"] = value.GetValue().View();
   if (value.GetRangeVal() == 1) object["minimum"] = value.GetValueName().View();
 }

@@ -20,6 +20,8 @@ std::string Quoted(std::string_view text);
 std::string Joined(const std::vector<std::string>& words);
 /// "1 node", "2 nodes"
 std::string Counted(long count, std::string_view noun);
+/// A number in its shortest form that reads as the same one.
+std::string NumberText(double number);
 
 /// JSON text, all in one line or indented. What is not UTF-8 in a string becomes U+FFFD.
 std::string JsonLine(const Json& json);
@@ -33,10 +35,7 @@ const VyrAnnStandardXMLValue* WrappedValue(const VyrAnnStandardXMLNode& node);
 
 /// Type, text and qualifier of a value, as a line of a tree has them.
 std::string ValueText(const VyrAnnStandardXMLValue& value);
-/// "int", "enum YesNo"
-std::string TypeText(const VyrAnnStandardXMLValue& value);
 
-/// The type of a value as the members "type" and, for a literal, "enumeration".
-void AddTypeTo(Json& object, const VyrAnnStandardXMLValue& value);
-/// The same, "value" and, for a bounded float, "minimum".
+/// A value as the members "type", for a literal "enumeration", "value" and, for a bounded float,
+/// "minimum".
 void AddValueTo(Json& object, const VyrAnnStandardXMLValue& value);

@@ -1,16 +1,18 @@
 #include <limits>
 #include <memory>
 #include <set>
+#include <utility>
 
 #include "Arguments.h"
 #include "Format.h"
-#include "Standard.h"
+#include "Nearest.h"
+#include "OpenStandard.h"
+#include "PathMatches.h"
+#include "Reports.h"
 #include "Subcommands.h"
+#include "ToldValues.h"
 
 namespace {
-
-using Node = VyrAnnStandardXMLNode;
-using Value = VyrAnnStandardXMLValue;
 
 struct Options {
   std::string file;
@@ -21,124 +23,189 @@ struct Options {
   bool json = false;
 };
 
-/// What a path leads to, in document order; borrowed from the document.
-struct Matches {
-  std::vector<const Node*> nodes;
-  std::vector<const Value*> values;
+/// What is asked for, and where the answers come from.
+struct Query {
+  const Options& options;
+  VyrIDrwStandard& standard;
+  const PathMatches& matches;
+  Session& session;
 };
 
-void AddChildren(const Node& holder, std::string_view name, std::vector<const Node*>& found) {
-  for (const auto& child : holder.GetNodes()) {
-    if (child->GetNodeName().View() == name) found.push_back(child.Get());
+Failure Negative(const Query& query, const std::string& text) {
+  return {kNegativeAnswer, query.options.file, 0, text};
+}
+
+std::string MissingBelow(const Query& query, const std::string& name, const std::string& found) {
+  NearestName nearest(name);
+  for (const std::string& other : query.matches.NamesBelow(found)) nearest.Consider(other);
+  const std::string place = found.empty() ? "in the standard" : "below " + Quoted(found);
+  return "there is no " + Quoted(name) + " " + place +
+         (nearest.Get().empty() ? "; 'holstd tree' shows what there is"
+                                : "; the nearest name is " + Quoted(nearest.Get()));
+}
+
+/// Says which name of a path that finds nothing is the first that leads nowhere.
+std::string NotFound(const Query& query) {
+  const std::string& path = query.options.path;
+  if (path.starts_with("Root.")) {
+    return "there is no " + Quoted(path) + "; a path to get begins below Root, as in " +
+           Quoted(path.substr(5));
   }
-}
-
-/// Where a plain node wraps a literal or a bounded float, the name of the value is that of the
-/// enumeration or the bound.
-bool IsCalled(const Value& value, std::string_view name, const Node& holder) {
-  const bool isLiteral =
-      value.GetType() == Value::ValueEnum && holder.GetNodeType() == Node::NodePlain;
-  return !isLiteral && value.GetRangeVal() != 1 && value.GetValueName().View() == name;
-}
-
-/// The last name of a path: as with the path commands, a node goes before a value of its name.
-void AddMatches(const Node& holder, std::string_view name, Matches& matches) {
-  const std::size_t before = matches.nodes.size();
-  AddChildren(holder, name, matches.nodes);
-  for (std::size_t i = before; i < matches.nodes.size(); ++i) {
-    for (const auto& value : matches.nodes[i]->GetValues()) matches.values.push_back(value.Get());
+  if (path.find('\'') != std::string::npos) {
+    return "there is no " + Quoted(path) + "; no query finds a name with an apostrophe";
   }
-  if (matches.nodes.size() > before) return;
-  for (const auto& value : holder.GetValues()) {
-    if (IsCalled(*value, name, holder)) matches.values.push_back(value.Get());
+  std::string found;
+  for (std::size_t begin = 0; begin < path.size();) {
+    const std::size_t end = std::min(path.find('.', begin), path.size());
+    const std::string longer = path.substr(0, end);
+    // One dot more, which is nothing in itself, makes an empty name count at the end as well.
+    if (query.standard.HasNode((longer + ".").c_str()) == 0) {
+      return MissingBelow(query, path.substr(begin, end - begin), found);
+    }
+    found = longer;
+    begin = end + 1;
   }
+  return "there is no " + Quoted(path);
 }
 
-/// Follows every name of the path to all children of that name.
-Matches FindAll(const Node& root, std::string_view path) {
-  if (path.empty()) return {{&root}, {}};
-  std::vector<const Node*> holders = {&root};
-  for (std::size_t dot = path.find('.'); dot != std::string_view::npos; dot = path.find('.')) {
-    std::vector<const Node*> next;
-    for (const Node* holder : holders) AddChildren(*holder, path.substr(0, dot), next);
-    holders = std::move(next);
-    path.remove_prefix(dot + 1);
+/// Says why an element that the path finds has nothing to tell.
+std::string NotTold(const Query& query, std::size_t index) {
+  const std::string& path = query.options.path;
+  const FileValue value = query.matches.ValueAt(index);
+  if (value.type.empty()) {
+    const auto nodes = static_cast<long>(query.matches.ContentTypes(index).size());
+    return Quoted(path) + " has no value of its own but " + Counted(nodes, "node") +
+           "; name one of them, see " + Quoted("holstd tree " + query.options.file + " " + path);
   }
-  Matches matches;
-  for (const Node* holder : holders) AddMatches(*holder, path, matches);
-  return matches;
+  if (value.text.empty()) return Quoted(path) + " is empty, so that there is nothing to tell";
+  return Quoted(path) + " holds " + Quoted(value.text) + ", which cannot be told as " +
+         (value.type == "color" ? "a color; all that the path finds would be colors or ints"
+                                : "the " + value.type + " it is meant to be");
 }
 
-std::string NotFound(VyrAnnStandardXMLParser& document, const Options& options) {
-  if (options.path.starts_with("Root.")) {
-    return "there is no " + Quoted(options.path) + "; a path to get begins below Root, as in " +
-           Quoted(options.path.substr(5));
-  }
-  return MissingName(document, "Root." + options.path);
+void AddType(Json& object, const FileValue& value) {
+  object["type"] = value.type;
+  if (value.type == "enum") object["enumeration"] = value.label;
 }
 
-/// At least one value. Throws `Failure` when there is none.
-std::vector<const Value*> FindValues(Standard& standard, const Options& options) {
-  const VyrAnnStandardXMLNode_var root(standard.document.GetNodeWithPath("Root"));
-  const Matches matches = FindAll(*root, options.path);
-  if (!matches.values.empty()) return matches.values;
-  const std::string problem = matches.nodes.empty()
-                                  ? NotFound(standard.document, options)
-                                  : Quoted(options.path) + " has no value of its own but " +
-                                        Counted(matches.nodes.front()->GetNumOfNode(), "node") +
-                                        "; name one of them, see " +
-                                        Quoted("holstd tree " + options.file + " " + options.path);
-  throw Failure{kNegativeAnswer, options.file, 0, problem};
+void AddValue(Json& object, const FileValue& value, const std::string& told) {
+  AddType(object, value);
+  object["value"] = told;
+  if (value.type == "float" && !value.label.empty()) object["minimum"] = value.label;
 }
 
-void PrintOne(const Options& options, const std::vector<const Value*>& values, Session& session) {
-  const auto count = static_cast<long>(values.size());
+void PrintOne(const Query& query) {
+  const Options& options = query.options;
+  const auto count = static_cast<long>(query.matches.Count());
   if (options.index > count) {
-    throw Failure{kNegativeAnswer, options.file, 0,
-                  Quoted(options.path) + " has " + Counted(count, "value") + "; there is no " +
-                      std::to_string(options.index) + " among them"};
+    throw Negative(query, Quoted(options.path) + " finds " + Counted(count, "element") +
+                              "; there is no " + std::to_string(options.index) + " among them");
   }
-  const Value& value = *values[static_cast<std::size_t>(options.index - 1)];
-  if (!options.json) return session.Print(std::string(value.GetValue().View()) + "\n");
+  const auto index = static_cast<std::size_t>(options.index - 1);
+  const auto told = ToldValues(query.standard, query.matches, options.path).At(index);
+  if (!told) throw Negative(query, NotTold(query, index));
+  if (!options.json) return query.session.Print(*told + "\n");
   Json object = {{"file", options.file}, {"path", options.path}};
-  AddValueTo(object, value);
-  session.Print(JsonText(object));
+  AddValue(object, query.matches.ValueAt(index), *told);
+  query.session.Print(JsonText(object));
 }
 
-void PrintAll(const Options& options, const std::vector<const Value*>& values, Session& session) {
+void PrintAll(const Query& query) {
+  ToldValues values(query.standard, query.matches, query.options.path);
   Json list = Json::array();
-  for (const Value* value : values) {
-    if (options.json) {
-      AddValueTo(list.emplace_back(Json::object()), *value);
+  std::size_t told = 0;
+  for (std::size_t i = 0; i < query.matches.Count(); ++i) {
+    const auto value = values.At(i);
+    if (!value) continue;
+    ++told;
+    if (query.options.json) {
+      AddValue(list.emplace_back(Json::object()), query.matches.ValueAt(i), *value);
     } else {
-      session.Print(Printable(value->GetValue().View()) + "\n");
+      query.session.Print(Printable(*value) + "\n");
     }
   }
-  if (options.json) session.Print(JsonText(list));
+  if (told == 0) throw Negative(query, NotTold(query, 0));
+  if (query.options.json) query.session.Print(JsonText(list));
 }
 
-void PrintType(const Options& options, const std::vector<const Value*>& values, Session& session) {
+/// The type of the values, and how many they are.
+struct ToldType {
+  FileValue value;
+  std::size_t count = 0;
+};
+
+const char* TypeWord(VyrDftStandardValueType type) {
+  switch (type) {
+    case VyrDftIntValue:
+      return "int";
+    case VyrDftFloatValue:
+      return "float";
+    case VyrDftStringValue:
+      return "string";
+    case VyrDftEnumValue:
+      return "enum";
+    case VyrDftCompoundValue:
+      return "compound";
+    case VyrDftUnknownValue:
+      break;
+  }
+  return "unknown";
+}
+
+/// Of colors, and of values that the path finds without a node around them, the standard tells no
+/// type but by the queries that it answers.
+ToldType TypeFromValues(const Query& query) {
+  const FileValue first = query.matches.ValueAt(0);
   std::set<std::string> types;
-  for (const Value* value : values) types.insert(TypeText(*value));
+  std::size_t count = query.matches.Count();
+  if (first.isDirect) {
+    for (std::size_t i = 0; i < count; ++i) types.insert(query.matches.ValueAt(i).type);
+    types.erase("");
+  } else {
+    const std::vector<std::string> content = query.matches.ContentTypes(0);
+    types.insert(content.begin(), content.end());
+    count = content.size();
+  }
   if (types.size() > 1) {
-    throw Failure{kNegativeAnswer, options.file, 0,
-                  "the values of " + Quoted(options.path) +
-                      " are of mixed types: " + Joined({types.begin(), types.end()})};
+    throw Negative(query, "the values of " + Quoted(query.options.path) +
+                              " are of mixed types: " + Joined({types.begin(), types.end()}));
   }
-  if (!options.json) {
-    return session.Print(*types.begin() + " " + std::to_string(values.size()) + "\n");
+  const bool isTold =
+      ToldValues(query.standard, query.matches, query.options.path).At(0).has_value();
+  if (!isTold) throw Negative(query, NotTold(query, 0));
+  return {first, count};
+}
+
+ToldType TypeOf(const Query& query) {
+  VyrDftStandardValueType type{};
+  int count = 0;
+  if (query.standard.GetValueType(query.options.path.c_str(), &type, &count) != S_OK) {
+    return TypeFromValues(query);
   }
-  Json object = {{"file", options.file}, {"path", options.path}};
-  AddTypeTo(object, *values.front());
-  object["count"] = values.size();
-  session.Print(JsonText(object));
+  FileValue value = query.matches.ValueAt(0);
+  value.type = TypeWord(type);
+  return {value, static_cast<std::size_t>(count)};
+}
+
+void PrintType(const Query& query) {
+  const auto [value, count] = TypeOf(query);
+  const std::string label = value.type == "enum" ? " " + Printable(value.label) : "";
+  if (!query.options.json) {
+    return query.session.Print(value.type + label + " " + std::to_string(count) + "\n");
+  }
+  Json object = {{"file", query.options.file}, {"path", query.options.path}};
+  AddType(object, value);
+  object["count"] = count;
+  query.session.Print(JsonText(object));
 }
 
 ExitStatus PrintValues(const Options& options, Session& session) {
-  Standard standard = ReadStandard(options.file);
-  const std::vector<const Value*> values = FindValues(standard, options);
-  const auto print = options.type ? PrintType : options.all ? PrintAll : PrintOne;
-  print(options, values, session);
+  OpenStandard standard(options.file);
+  const PathMatches matches(standard.Input(), options.path);
+  const Query query = {options, standard.Told(), matches, session};
+  const UnshownReports unshown;
+  if (matches.Count() == 0) throw Negative(query, NotFound(query));
+  (options.type ? PrintType : options.all ? PrintAll : PrintOne)(query);
   return kDone;
 }
 
@@ -147,7 +214,8 @@ ExitStatus PrintValues(const Options& options, Session& session) {
 Action Get::Register(CLI::App& command) {
   auto options = std::make_shared<Options>();
   AddFile(command, options->file);
-  command.add_option("PATH", options->path, "Names joined by dots, below the document element")
+  command
+      .add_option("PATH", options->path, "Names joined by dots, each at any depth below the last")
       ->required()
       ->type_name("");
   CLI::Option* index =
@@ -162,11 +230,14 @@ Action Get::Register(CLI::App& command) {
   AddJson(command, options->json);
   AddExamples(command,
               {"holstd get ISO.xml Dimension.ParentStandard",
-               "holstd get ISO.xml General.AllowedTextFontSizes --all",
+               "holstd get ISO.xml General.AllowedTextFontSizes --type",
+               "holstd get ISO.xml SheetFormat.Name --all",
                "holstd get ISO.xml ToleranceFormats.ToleranceDisplay.Name --index 3",
                "holstd get --json - General.DefaultTextFontSize < ISO.xml"},
-              "A name stands for all nodes of that name; the values come in the order of the "
-              "file.\nWith --all a line break inside a value is shown as \\n; --json has the "
+              "Answers what the application is told. A path finds every element of its last name,\n"
+              "in the order of the file: nodes, and values that carry the name themselves. Of a "
+              "node\nthe first value is told, and the type is that of all values of the first "
+              "node.\nWith --all a line break inside a value is shown as \\n; --json has the "
               "text as it is.");
   return [options](Session& session) { return PrintValues(*options, session); };
 }

@@ -2,6 +2,7 @@
 
 #include "Arguments.h"
 #include "Format.h"
+#include "OpenStandard.h"
 #include "Standard.h"
 #include "Subcommands.h"
 
@@ -34,18 +35,12 @@ int ChildCount(VyrAnnStandardXMLParser& document, const char* top) {
   return VyrAnnStandardXMLNode_var(document.GetNodeWithPath(top))->GetNumOfNode();
 }
 
-std::string NameOf(const std::string& file) {
-  std::string name = file.substr(file.rfind('/') + 1);
-  if (name.ends_with(".xml")) name.resize(name.size() - 4);
-  return name;
-}
-
 Json InfoOf(Standard& standard) {
   VyrAnnStandardXMLParser& document = standard.document;
   const Counts counts = CountBelow(*VyrAnnStandardXMLNode_var(document.GetNodeWithPath("Root")));
   Json info;
   info["file"] = standard.file;
-  info["name"] = NameOf(standard.file);
+  info["name"] = StandardName(standard.file);
   info["parentStandard"] = standard.parent.empty() ? Json() : Json(standard.parent);
   info["version"] = standard.version < 0 ? Json() : Json(standard.version);
   info["enumerations"] = ChildCount(document, "Enum");

@@ -1,5 +1,7 @@
 #include "InputFile.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -8,7 +10,6 @@
 #include <cstring>
 #include <utility>
 
-#include "Failure.h"
 #include "Session.h"
 
 namespace {
@@ -21,30 +22,27 @@ std::string TemporaryFolder() {
   return folder == nullptr || *folder == '\0' ? "/tmp" : folder;
 }
 
-Failure NotCopied(const std::string& folder, int error) {
-  return {kNotWritten, "-", 0,
-          "cannot be copied into the temporary folder " + folder + ": " + std::strerror(error) +
-              "; TMPDIR would name a folder with room to write"};
+Failure NotRead(const std::string& source) {
+  return {kInvalidInput, source, 0, std::string("cannot be read: ") + std::strerror(errno)};
 }
 
-/// The next bytes of standard input; nothing at its end.
-std::string_view ReadBlock(std::array<char, 65536>& block) {
+/// The next bytes of a file descriptor; nothing at its end.
+std::string_view ReadBlock(int file, const std::string& source, std::array<char, 65536>& block) {
   for (;;) {
-    const ssize_t got = ::read(STDIN_FILENO, block.data(), block.size());
+    const ssize_t got = ::read(file, block.data(), block.size());
     if (got >= 0) return {block.data(), static_cast<std::size_t>(got)};
-    if (errno == EINTR) continue;
-    throw Failure{kInvalidInput, "-", 0, std::string("cannot be read: ") + std::strerror(errno)};
+    if (errno != EINTR) throw NotRead(source);
   }
 }
 
-void CopyStandardInput(TemporaryCopy& copy) {
+void CopyAll(int file, const std::string& source, TemporaryCopy& copy) {
   std::array<char, 65536> block;
   std::size_t left = kMostBytes;
   for (;;) {
-    const std::string_view bytes = ReadBlock(block);
+    const std::string_view bytes = ReadBlock(file, source, block);
     if (bytes.empty()) break;
     if (bytes.size() > left) {
-      throw Failure{kInvalidInput, "-", 0, "larger than 2 GB; no standard is"};
+      throw Failure{kInvalidInput, source, 0, "larger than 2 GB; no standard is"};
     }
     left -= bytes.size();
     copy.Append(bytes);
@@ -52,13 +50,33 @@ void CopyStandardInput(TemporaryCopy& copy) {
   copy.Close();
 }
 
+/// A pipe, a terminal and the like: what was read of it is gone.
+bool IsReadOnceOnly(const std::string& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) != 0) return false;
+  return S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode);
+}
+
+void CopyFile(const std::string& file, TemporaryCopy& copy) {
+  struct Opened {
+    int descriptor;
+    ~Opened() {
+      if (descriptor >= 0) ::close(descriptor);
+    }
+  };
+  const Opened opened{::open(file.c_str(), O_RDONLY | O_CLOEXEC)};
+  if (opened.descriptor < 0) throw NotRead(file);
+  CopyAll(opened.descriptor, file, copy);
+}
+
 }  // namespace
 
-TemporaryCopy::TemporaryCopy()
-    : folder_(TemporaryFolder()),
+TemporaryCopy::TemporaryCopy(std::string source)
+    : source_(std::move(source)),
+      folder_(TemporaryFolder()),
       path_(folder_ + "/holstd-XXXXXX"),
       file_(::mkstemp(path_.data())) {
-  if (file_ < 0) throw NotCopied(folder_, errno);
+  if (file_ < 0) throw NotCopied(errno);
 }
 
 TemporaryCopy::~TemporaryCopy() {
@@ -67,13 +85,23 @@ TemporaryCopy::~TemporaryCopy() {
 }
 
 void TemporaryCopy::Append(std::string_view bytes) {
-  if (const int error = WriteAll(file_, bytes); error != 0) throw NotCopied(folder_, error);
+  if (const int error = WriteAll(file_, bytes); error != 0) throw NotCopied(error);
 }
 
 void TemporaryCopy::Close() {
-  if (::close(std::exchange(file_, -1)) != 0) throw NotCopied(folder_, errno);
+  if (::close(std::exchange(file_, -1)) != 0) throw NotCopied(errno);
+}
+
+Failure TemporaryCopy::NotCopied(int error) const {
+  return {kNotWritten, source_, 0,
+          "cannot be copied into the temporary folder " + folder_ + ": " + std::strerror(error) +
+              "; TMPDIR would name a folder with room to write"};
 }
 
 InputFile::InputFile(const std::string& file) : file_(file) {
-  if (file == "-") CopyStandardInput(copy_.emplace());
+  if (file == "-") {
+    CopyAll(STDIN_FILENO, file, copy_.emplace(file));
+  } else if (IsReadOnceOnly(file)) {
+    CopyFile(file, copy_.emplace(file));
+  }
 }

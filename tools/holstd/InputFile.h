@@ -4,11 +4,14 @@
 #include <string>
 #include <string_view>
 
-/// A new file in the temporary folder, for a copy of standard input; it disappears with this
-/// object. Throws `Failure` when the copy cannot be made.
+#include "Failure.h"
+
+/// A new file in the temporary folder, for a copy of an input; it disappears with this object.
+/// Throws `Failure` when the copy cannot be made.
 class TemporaryCopy {
  public:
-  TemporaryCopy();
+  /// `source` is what messages name: a file, "-" for standard input.
+  explicit TemporaryCopy(std::string source);
   TemporaryCopy(const TemporaryCopy&) = delete;
   TemporaryCopy& operator=(const TemporaryCopy&) = delete;
   ~TemporaryCopy();
@@ -19,19 +22,25 @@ class TemporaryCopy {
   void Close();
 
  private:
+  Failure NotCopied(int error) const;
+
+  std::string source_;
   std::string folder_;
   std::string path_;
   int file_;
 };
 
-/// The file that an argument names. "-" is standard input, of which this object keeps a temporary
-/// copy, so that a document reads the same wherever it comes from.
+/// The file that an argument names. Of what can be read once only, "-" for standard input or a
+/// pipe, this object keeps a temporary copy, so that a document reads the same wherever it comes
+/// from and as often as it is asked for.
 class InputFile {
  public:
   /// Throws `Failure`.
   explicit InputFile(const std::string& file);
 
-  /// What to open; for messages use the argument instead.
+  /// The argument, for messages.
+  const std::string& Name() const { return file_; }
+  /// What to open.
   const std::string& Path() const { return copy_ ? copy_->Path() : file_; }
 
  private:

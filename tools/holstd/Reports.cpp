@@ -9,6 +9,7 @@
 namespace {
 
 ReportRecorder* recorder = nullptr;
+int unshown = 0;
 
 void Show(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stderr);
@@ -36,7 +37,7 @@ void ShowFailedChecks(bool show) {
   VyrDiagnosticSinks sinks;
   sinks.errorLog = [show](std::string_view text) {
     if (recorder != nullptr) recorder->failedChecks.push_back(MessageOf(text));
-    if (show) Show(text);
+    if (show && unshown == 0) Show(text);
   };
   sinks.trace = KeepOrShowTrace;
   VyrSetDiagnosticSinks(std::move(sinks));
@@ -47,4 +48,11 @@ ReportRecorder::ReportRecorder() {
 }
 ReportRecorder::~ReportRecorder() {
   recorder = nullptr;
+}
+
+UnshownReports::UnshownReports() {
+  ++unshown;
+}
+UnshownReports::~UnshownReports() {
+  --unshown;
 }

@@ -20,3 +20,13 @@ class ReportRecorder {
   /// Lines of the enumeration check, which are kept instead of shown.
   std::vector<std::string> undefinedEnums;
 };
+
+/// Keeps failed checks to itself while it lives, whatever was asked for: those of a question whose
+/// failure is an answer.
+class UnshownReports {
+ public:
+  UnshownReports();
+  UnshownReports(const UnshownReports&) = delete;
+  UnshownReports& operator=(const UnshownReports&) = delete;
+  ~UnshownReports();
+};

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <numeric>
 #include <utility>
 #include <vector>
 
 #include "Failure.h"
 #include "Format.h"
-#include "InputFile.h"
+#include "Nearest.h"
 #include "VyrDftStdPersistence.h"
 #include "VyrDrwParseStandard.h"
 
@@ -48,45 +47,22 @@ std::string ParentOf(VyrAnnStandardXMLParser& document) {
   return isAsme ? "ASME" : std::string(name.View());
 }
 
-/// Number of letters to add, drop or exchange to make `b` of `a`.
-std::size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t exchanged = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = std::exchange(row[j + 1], std::min({exchanged, row[j] + 1, row[j + 1] + 1}));
-    }
-  }
-  return row[b.size()];
-}
-
 /// Helps who has misspelt a name in `holder`.
-std::string NearestName(const VyrAnnStandardXMLNode& holder, std::string_view name) {
-  constexpr std::size_t longestCompared = 64;
-  std::size_t least = name.size() > longestCompared ? 0 : name.size() / 3 + 2;
-  std::string nearest;
-  const auto compare = [&](std::string_view other) {
-    if (other.empty() || other.size() > name.size() + least) return;
-    const std::size_t distance = Distance(name, other);
-    if (distance >= least) return;
-    least = distance;
-    nearest = other;
-  };
-  for (const auto& child : holder.GetNodes()) compare(child->GetNodeName().View());
-  for (const auto& value : holder.GetValues()) compare(value->GetValueName().View());
-  if (!nearest.empty()) return "the nearest name is " + Quoted(nearest);
+std::string NearestIn(const VyrAnnStandardXMLNode& holder, std::string_view name) {
+  NearestName nearest(name);
+  for (const auto& child : holder.GetNodes()) nearest.Consider(child->GetNodeName().View());
+  for (const auto& value : holder.GetValues()) nearest.Consider(value->GetValueName().View());
+  if (!nearest.Get().empty()) return "the nearest name is " + Quoted(nearest.Get());
   return "it holds " + Counted(holder.GetNumOfNode(), "node") + " and " +
          Counted(holder.GetNumOfValue(), "value") + ", none of that name";
 }
 
 }  // namespace
 
-Standard ReadStandard(const std::string& file) {
+Standard ReadStandard(const InputFile& input) {
+  const std::string& file = input.Name();
   Standard standard;
   standard.file = file;
-  const InputFile input(file);
   const int result = standard.document.DecodeXML(input.Path(), 1);
   // A newer format may have elements that this one refuses: the version tells more than they do.
   RefuseNewer(file, standard.document);
@@ -98,6 +74,10 @@ Standard ReadStandard(const std::string& file) {
   standard.parent = ParentOf(standard.document);
   standard.version = standard.document.GetVersion();
   return standard;
+}
+
+Standard ReadStandard(const std::string& file) {
+  return ReadStandard(InputFile(file));
 }
 
 std::string VersionProblem(VyrAnnStandardXMLParser& document) {
@@ -144,7 +124,7 @@ std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path
     VyrAnnStandardXMLNode_var next(holder->GetNodeByName(name));
     if (!next) {
       return "there is no " + Quoted(name) + " in " + Quoted(path.substr(0, end)) + "; " +
-             NearestName(*holder, name);
+             NearestIn(*holder, name);
     }
     holder = std::move(next);
     end = path.find('.', end + 1);

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "InputFile.h"
 #include "VyrAnnStandardXMLParser.h"
 
 /// An XML standard that was read.
@@ -16,6 +17,7 @@ struct Standard {
 
 /// Reads an XML standard, "-" from standard input. Throws `Failure`.
 Standard ReadStandard(const std::string& file);
+Standard ReadStandard(const InputFile& input);
 
 /// Says why the version of a document cannot be told, and what would be right.
 std::string VersionProblem(VyrAnnStandardXMLParser& document);

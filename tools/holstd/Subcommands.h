@@ -33,3 +33,15 @@ struct Edit {
 struct Check {
   static Action Register(CLI::App& command);
 };
+struct Sheets {
+  static Action Register(CLI::App& command);
+};
+struct Styles {
+  static Action Register(CLI::App& command);
+};
+struct Symbols {
+  static Action Register(CLI::App& command);
+};
+struct Standards {
+  static Action Register(CLI::App& command);
+};

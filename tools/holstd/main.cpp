@@ -20,14 +20,18 @@ struct Row {
   Action (*registerOn)(CLI::App& command);
 };
 
-constexpr std::array<Row, 7> kSubcommands = {{
+constexpr std::array<Row, 11> kSubcommands = {{
     {"convert", "Makes an XML standard of an old-generation text", &Convert::Register},
     {"upgrade", "Brings XML standards of any older version up to date", &Upgrade::Register},
     {"info", "Tells what standards are: parent, format version, counts", &Info::Register},
     {"get", "Prints the values at a path", &Get::Register},
     {"tree", "Prints what a standard holds, a line for each node or value", &Tree::Register},
     {"edit", "Changes a standard by path commands", &Edit::Register},
+    {"sheets", "Prints the sheet formats and sheet styles of a standard", &Sheets::Register},
+    {"styles", "Prints the styles of a standard by object type", &Styles::Register},
     {"check", "Checks that standards are valid", &Check::Register},
+    {"symbols", "Prints the engineering symbols that texts may hold", &Symbols::Register},
+    {"standards", "Prints the standards that there are", &Standards::Register},
 }};
 
 const char* const kFooter =
@@ -38,6 +42,7 @@ const char* const kFooter =
     "  holstd convert standards/legacy/ISO.txt -o ISO.xml\n"
     "  holstd upgrade old.xml -o new.xml\n"
     "  holstd get ISO.xml Dimension.ParentStandard\n"
+    "  holstd sheets ISO.xml\n"
     "  holstd edit ISO.xml -o site.xml -c 'change Root.Dimension.DIMLTail:12.5'\n"
     "  holstd COMMAND --help";
 

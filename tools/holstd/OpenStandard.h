@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "InputFile.h"
+#include "Standard.h"
+#include "VyrIDrwStandard.h"
+
+/// The name of a standard in a file: the file's own without folder and ".xml".
+std::string StandardName(const std::string& file);
+
+/// An XML standard that was read and is also open the way the application opens it.
+class OpenStandard {
+ public:
+  /// `file` may be "-" for standard input. Throws `Failure`.
+  explicit OpenStandard(const std::string& file);
+
+  /// The file, to be read once more.
+  const InputFile& Input() const { return input_; }
+  /// What the tool reads of it.
+  Standard& Read() { return standard_; }
+  /// Answers what the application is told.
+  VyrIDrwStandard& Told() const { return *told_; }
+
+ private:
+  InputFile input_;
+  Standard standard_;
+  VyrIDrwStandard_var told_;
+};

@@ -1,0 +1,181 @@
+#include <memory>
+#include <span>
+
+#include "Arguments.h"
+#include "Format.h"
+#include "OpenStandard.h"
+#include "Reports.h"
+#include "SheetProblems.h"
+#include "Subcommands.h"
+#include "TextTable.h"
+#include "VyrAnnStandardServices.h"
+#include "VyrBaseUnknown.h"
+#include "VyrDftStandardServices.h"
+
+namespace {
+
+using Format = VyrDrwStdSheetFormat;
+using Style = VyrDrwStdSheetStyle;
+
+struct Options {
+  std::string file;
+  bool json = false;
+};
+
+/// Records that the library has handed out.
+template <class Record>
+struct Records {
+  std::unique_ptr<Record[]> array;
+  int count = 0;
+  std::vector<FileProblem> problems;  ///< why there are none
+
+  std::span<const Record> All() const { return {array.get(), static_cast<std::size_t>(count)}; }
+};
+
+/// `read` hands out a new array and its size; `explain` says why it could not.
+template <class Record, class Read, class Explain>
+Records<Record> ReadRecords(Standard& standard, const char* path, Read read, Explain explain) {
+  Records<Record> records;
+  const VyrAnnStandardXMLNode_var node(standard.document.GetNodeWithPath(path));
+  if (!node || node->GetNodes().empty()) return records;
+  Record* array = nullptr;
+  int count = 0;
+  if (VyrFailed(read(&array, count))) {
+    records.problems = explain();
+    return records;
+  }
+  records.array.reset(array);
+  records.count = count;
+  return records;
+}
+
+Records<Format> ReadFormats(OpenStandard& standard) {
+  const auto told = VyrQuery<VyrIDftStandard>(&standard.Told());
+  return ReadRecords<Format>(
+      standard.Read(), "Root.SheetFormat",
+      [&](Format** formats, int& count) {
+        return VyrDftStandardServices::GetSheetFormats(told.Get(), formats, count);
+      },
+      [&] { return FormatProblems(standard.Read(), standard.Input()); });
+}
+
+std::vector<FileProblem> ExplainStyles(OpenStandard& standard, const ReportRecorder& reports) {
+  if (reports.undefinedEnums.empty()) return StyleProblems(standard.Read(), standard.Input());
+  return {{0,
+           "the sheet styles cannot be read, since the standard has undefined enumeration "
+           "values; see 'holstd check'"}};
+}
+
+Records<Style> ReadStyles(OpenStandard& standard) {
+  const ReportRecorder reports;
+  const auto services = VyrAnnStandardServices::OpenFile(standard.Input().Path());
+  return ReadRecords<Style>(
+      standard.Read(), "Root.Styles.Sheet",
+      [&](Style** styles, int& count) { return services->GetAvailableSheetStyles(styles, count); },
+      [&] { return ExplainStyles(standard, reports); });
+}
+
+std::string OrientationWord(const Format& format) {
+  VyrUnicodeString word;
+  VyrDftStandardServices::GetNameFromEnum(
+      static_cast<VyrFormatOrientationsType>(format.orientation), word);
+  return std::string(word.View());
+}
+
+/// The words of a style's fields; empty for a field that the standard does not give.
+const char* ProjectionWord(const Style& style) {
+  return style.projectionMethod == 0 ? "First angle" : "Third angle";
+}
+const char* PositioningWord(const Style& style) {
+  if (style.hasGenViewsPosMode == 0) return "";
+  return style.genViewsPosMode == 0 ? "FixedCG" : "FixedAxis";
+}
+const char* OrientationWord(const Style& style) {
+  if (style.hasOrientation == 0) return "";
+  return style.orientation == 0 ? "Portrait" : "Landscape";
+}
+const char* DisplayWord(const Style& style) {
+  if (style.hasDisplayFormat == 0) return "";
+  return style.displayFormat == 0 ? "No" : "Yes";
+}
+std::string FormatName(const Style& style) {
+  return style.hasFormat == 0 ? "" : std::string(style.format.name.View());
+}
+
+Json TextOrNull(const std::string& text) {
+  return text.empty() ? Json() : Json(text);
+}
+
+Json AsJson(const std::string& file, const Records<Format>& formats, const Records<Style>& styles) {
+  Json object = {{"file", file}, {"formats", Json::array()}, {"styles", Json::array()}};
+  for (const Format& format : formats.All()) {
+    object["formats"].push_back({{"name", format.name.View()},
+                                 {"width", format.width},
+                                 {"height", format.height},
+                                 {"orientation", OrientationWord(format)}});
+  }
+  for (const Style& style : styles.All()) {
+    object["styles"].push_back({{"name", style.name.View()},
+                                {"scale", style.scale},
+                                {"projection", ProjectionWord(style)},
+                                {"positioning", TextOrNull(PositioningWord(style))},
+                                {"format", TextOrNull(FormatName(style))},
+                                {"orientation", TextOrNull(OrientationWord(style))},
+                                {"display", TextOrNull(DisplayWord(style))}});
+  }
+  return object;
+}
+
+std::string AsText(const Records<Format>& formats, const Records<Style>& styles) {
+  TextTable formatTable({"FORMAT", "SIZE", "ORIENTATION"});
+  for (const Format& format : formats.All()) {
+    formatTable.Add({std::string(format.name.View()),
+                     NumberText(format.width) + " x " + NumberText(format.height),
+                     OrientationWord(format)});
+  }
+  TextTable styleTable(
+      {"STYLE", "SCALE", "PROJECTION", "POSITIONING", "FORMAT", "ORIENTATION", "DISPLAY"});
+  for (const Style& style : styles.All()) {
+    styleTable.Add({std::string(style.name.View()), NumberText(style.scale), ProjectionWord(style),
+                    PositioningWord(style), FormatName(style), OrientationWord(style),
+                    DisplayWord(style)});
+  }
+  std::string text = formats.count > 0 ? formatTable.Text() : "";
+  if (formats.count > 0 && styles.count > 0) text += "\n";
+  return text + (styles.count > 0 ? styleTable.Text() : "");
+}
+
+ExitStatus PrintSheets(const Options& options, Session& session) {
+  OpenStandard standard(options.file);
+  const Records<Format> formats = ReadFormats(standard);
+  const Records<Style> styles = ReadStyles(standard);
+  bool isWhole = true;
+  for (const auto* problems : {&formats.problems, &styles.problems}) {
+    for (const FileProblem& problem : *problems) {
+      session.Complain({kNegativeAnswer, options.file, problem.line, problem.text});
+      isWhole = false;
+    }
+  }
+  if (isWhole && formats.count == 0 && styles.count == 0) {
+    throw Failure{kNegativeAnswer, options.file, 0,
+                  "the standard has neither sheet formats nor sheet styles; 'holstd upgrade' adds "
+                  "both"};
+  }
+  session.Print(options.json ? JsonText(AsJson(options.file, formats, styles))
+                             : AsText(formats, styles));
+  return isWhole ? kDone : kNegativeAnswer;
+}
+
+}  // namespace
+
+Action Sheets::Register(CLI::App& command) {
+  auto options = std::make_shared<Options>();
+  AddFile(command, options->file);
+  AddJson(command, options->json);
+  AddExamples(command,
+              {"holstd sheets ISO.xml", "holstd sheets --json ISO.xml",
+               "holstd convert ISO.txt -o ISO.xml && holstd sheets ISO.xml"},
+              "Lengths are in the standard's unit, millimetres in the shipped ones. '-' stands for "
+              "what\nthe standard does not say.");
+  return [options](Session& session) { return PrintSheets(*options, session); };
+}
