@@ -175,6 +175,16 @@ TEST(Get, AColorAmongOtherTypesIsNotTold) {
   EXPECT_EQ(GetOf(text, "C", {"--all"}).out, "red\n");
 }
 
+TEST(Get, AllOfThemAreNotToldWhenOneCannotBe) {
+  const std::string text =
+      Document(Parameter("A", "intval", "1") + Parameter("A", "intval", "abc") +
+               Parameter("A", "intval", "3"));
+  const ToolRun run = GetOf(text, "A", {"--all"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "1\n3\n");
+  EXPECT_THAT(run.err, testing::HasSubstr("'abc', which cannot be told as the int"));
+}
+
 TEST(Get, AValueThatCannotBeReadAsItsTypeIsANegativeAnswer) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {Parameter("A", "intval", "abc"), "'abc', which cannot be told as the int"},

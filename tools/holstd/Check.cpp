@@ -46,11 +46,6 @@ bool HasReadableFormats(VyrAnnStandardServices& services) {
 /// For a standard without other problems.
 std::vector<FileProblem> StructureProblems(Standard& standard, const InputFile& file) {
   const ReportRecorder recorder;
-  if (standard.version < 1) {
-    return {{0, "the format version is " + std::to_string(standard.version) +
-                    ", which the application takes for unknown; 'holstd upgrade' gives it a "
-                    "current one"}};
-  }
   const auto services = VyrAnnStandardServices::OpenFile(file.Path());
   std::vector<FileProblem> problems;
   const bool listsFormats = standard.version >= VyrDftStdPersistence::GetVersionFromRelease(14);

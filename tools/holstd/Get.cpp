@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <set>
@@ -114,8 +115,10 @@ void PrintAll(const Query& query) {
   ToldValues values(query.standard, query.matches, query.options.path);
   Json list = Json::array();
   std::size_t told = 0;
+  std::optional<std::size_t> unreadable;
   for (std::size_t i = 0; i < query.matches.Count(); ++i) {
     const auto value = values.At(i);
+    if (!value && !unreadable && !query.matches.ValueAt(i).text.empty()) unreadable = i;
     if (!value) continue;
     ++told;
     if (query.options.json) {
@@ -126,6 +129,8 @@ void PrintAll(const Query& query) {
   }
   if (told == 0) throw Negative(query, NotTold(query, 0));
   if (query.options.json) query.session.Print(JsonText(list));
+  // What could be told was; that something is missing must not pass for a whole answer.
+  if (unreadable) throw Negative(query, NotTold(query, *unreadable));
 }
 
 /// The type of the values, and how many they are.
@@ -233,7 +238,7 @@ Action Get::Register(CLI::App& command) {
                "holstd get ISO.xml General.AllowedTextFontSizes --type",
                "holstd get ISO.xml SheetFormat.Name --all",
                "holstd get ISO.xml ToleranceFormats.ToleranceDisplay.Name --index 3",
-               "holstd get --json - General.DefaultTextFontSize < ISO.xml"},
+               "holstd get --json - Dimension.DIMLTail < ISO.xml"},
               "Answers what the application is told. A path finds every element of its last name,\n"
               "in the order of the file: nodes, and values that carry the name themselves. Of a "
               "node\nthe first value is told, and the type is that of all values of the first "

@@ -134,15 +134,3 @@ std::set<std::string> PathMatches::NamesBelow(const std::string& path) const {
   }
   return names;
 }
-
-std::size_t PathMatches::MostNumbers() const {
-  const VyrXMLTree& tree = document_->GetTree();
-  std::size_t letters = 0;
-  for (VyrXMLTree::Index item = 0; item < tree.GetCount(); ++item) {
-    const bool isElement = tree.GetKind(item) == VyrXMLTree::Kind::Element;
-    if (!isElement) letters += tree.GetText(item).size();
-  }
-  // A text is told through its own element and through the node around it, and two numbers in it
-  // have at least a blank between them.
-  return letters + 2 * std::size_t{tree.GetCount()};
-}

@@ -31,8 +31,6 @@ class PathMatches {
 
   /// Names of everything below what `path` finds.
   std::set<std::string> NamesBelow(const std::string& path) const;
-  /// No query answers more numbers than this.
-  std::size_t MostNumbers() const;
 
  private:
   std::vector<VyrIDOMNode_var> Find(const std::string& expression) const;

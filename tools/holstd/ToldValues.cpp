@@ -59,10 +59,12 @@ std::optional<std::string> ToldValues::ColorAt(std::size_t index) {
 
 void ToldValues::AskForColors() {
   if (std::exchange(hasAskedForColors_, true)) return;
-  numbers_.resize(matches_.MostNumbers());
   int count = 0;
-  const HRESULT result = standard_.GetValue(path_.c_str(), numbers_.data(), &count);
-  numbers_.resize(result == S_OK ? static_cast<std::size_t>(count) : 0);
+  int* const onlyTheirNumber = nullptr;
+  if (standard_.GetValue(path_.c_str(), onlyTheirNumber, &count) == S_OK) {
+    numbers_.resize(static_cast<std::size_t>(count));
+    standard_.GetValue(path_.c_str(), numbers_.data(), &count);
+  }
   std::vector<std::size_t> begins = {0};
   for (std::size_t i = 0; i < matches_.Count(); ++i) {
     const FileValue value = matches_.ValueAt(i);
