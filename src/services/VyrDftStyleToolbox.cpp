@@ -83,7 +83,6 @@ HRESULT VyrDftStyleToolbox::ApplyStyle(IUnknown* element, const VyrUnicodeString
                                        const VyrUnicodeString& name, DftStyleApplyMode mode,
                                        DftStyleApplyContext context,
                                        const VyrUnicodeString& extra) {
-  if (element == nullptr || type.IsEmpty()) return E_FAIL;
   const auto withStyle = VyrQuery<VyrIDftElementWithStyle>(element);
   if (!withStyle) return E_FAIL;
   VyrIDftStyle* found = nullptr;

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -353,7 +354,7 @@ class SetGraphicProperties : public testing::Test {
             [this](VyrIVisProperties* changed, VyrVisPropertyType property,
                    VyrVisGeometryType geometry, const VyrVisPropertiesValues& values) {
               events.push_back({changed, property, geometry, values});
-              return dispatchResult;
+              return untold.contains(geometry) ? E_UNEXPECTED : S_OK;
             })) {
     style->ints = {{"Graphic.Thickness", 5}, {"Graphic.LineType", 8}};
     style->texts = {{"Graphic.PointType", "Star"}};
@@ -382,7 +383,7 @@ class SetGraphicProperties : public testing::Test {
   DiagnosticsCapture diagnostics;
   VyrVar<FakeStyle> style{new FakeStyle};
   VyrVar<FakeDraftingElement> element{new FakeDraftingElement};
-  HRESULT dispatchResult = S_OK;
+  std::set<VyrVisGeometryType> untold;  ///< geometry whose changes the host refuses
   std::vector<Event> events;
 
  private:
@@ -472,16 +473,23 @@ TEST_F(SetGraphicProperties, FailsReportedWhenTheElementRefuses) {
   }
 }
 
-TEST_F(SetGraphicProperties, FailsReportedWhenNobodyCanBeTold) {
-  dispatchResult = E_UNEXPECTED;
+// Reports have room for 40 characters of the message.
+const std::string kNotDispatched =
+    "BOOL IS FALSE: " + std::string("Failed to dispatch the visualization event").substr(0, 40) +
+    " [VyrDftStyleToolbox]";
+
+TEST_F(SetGraphicProperties, FailsReportedButServesPointsWhenLinesFail) {
+  untold = {VyrVisLines};
   EXPECT_EQ(Set(), E_FAIL);
-  EXPECT_THAT(EventGeometries(), ElementsAre(VyrVisLines, VyrVisPoints))
-      << "points are served even if lines failed";
-  // Reports have room for 40 characters of the message.
-  const std::string report =
-      "BOOL IS FALSE: " + std::string("Failed to dispatch the visualization event").substr(0, 40) +
-      " [VyrDftStyleToolbox]";
-  ExpectFailureReports({report, report});
+  EXPECT_THAT(EventGeometries(), ElementsAre(VyrVisLines, VyrVisPoints));
+  EXPECT_EQ(element->shown[VyrVisPoints].symbolType, 7U);
+  ExpectFailureReports({kNotDispatched});
+}
+
+TEST_F(SetGraphicProperties, ReportsEachChangeThatNobodyCanBeTold) {
+  untold = {VyrVisLines, VyrVisPoints};
+  EXPECT_EQ(Set(), E_FAIL);
+  ExpectFailureReports({kNotDispatched, kNotDispatched});
 }
 
 }  // namespace
