@@ -2,7 +2,8 @@
 
 #include <optional>
 
-/// Colour of a graphic property, each component 0 to 255.
+/// Colour of a graphic property. Components are those of the standard, 0 to 255 in the shipped
+/// ones.
 struct VyrVisColor {
   unsigned int red = 0;
   unsigned int green = 0;

@@ -73,6 +73,17 @@ TEST(Sheets, UndefinedEnumerationValuesHideTheStyles) {
   EXPECT_THAT(run.out, HasSubstr("Strip"));
 }
 
+TEST(Sheets, AnUnknownVersionIsTheReasonThatIsTold) {
+  const std::string standard =
+      Document(Parameter("Version", "strval", "abc") +
+               "<std:node name=\"Styles\"><std:node name=\"Sheet\"><std:node name=\"Default\">" +
+               Parameter("GlobalScale", "floatval", "1") + "</std:node></std:node></std:node>");
+  const ToolRun run = RunTool({"sheets", "-"}, {.input = standard});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr("ersion"));
+  EXPECT_THAT(run.err, testing::Not(HasSubstr("the sheet styles cannot be read")));
+}
+
 TEST(Sheets, AStandardWithoutAnyIsANegativeAnswer) {
   const ToolRun run = RunTool({"sheets", "-"}, {.input = SampleStandard()});
   ExpectFailure(run, 1, {"neither sheet formats nor sheet styles"});

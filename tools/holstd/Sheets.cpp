@@ -11,6 +11,7 @@
 #include "VyrAnnStandardServices.h"
 #include "VyrBaseUnknown.h"
 #include "VyrDftStandardServices.h"
+#include "VyrDftStdPersistence.h"
 
 namespace {
 
@@ -60,6 +61,12 @@ Records<Format> ReadFormats(OpenStandard& standard) {
 }
 
 std::vector<FileProblem> ExplainStyles(OpenStandard& standard, const ReportRecorder& reports) {
+  const int version = standard.Read().version;
+  if (version < 0) return {{0, VersionProblem(standard.Read().document)}};
+  if (version < VyrDftStdPersistence::GetVersionFromRelease(11)) {
+    return {{0, "the application reads no sheet styles of version " + std::to_string(version) +
+                    "; 'holstd upgrade' gives the standard a current one"}};
+  }
   if (reports.undefinedEnums.empty()) return StyleProblems(standard.Read(), standard.Input());
   return {{0,
            "the sheet styles cannot be read, since the standard has undefined enumeration "
