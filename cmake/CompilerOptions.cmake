@@ -12,10 +12,16 @@ endif()
 if(HOL_DEVELOPMENT_BUILD)
   target_compile_definitions(hol_options INTERFACE HOL_DEVELOPMENT_BUILD)
 endif()
+if(HOL_BUILD_FUZZERS)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "the fuzzers need clang; configure with -DCMAKE_CXX_COMPILER=clang++-16")
+  endif()
+  target_compile_options(hol_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(HOL_SANITIZERS)
   # What the sanitizers add confuses GCC's look for uninitialized variables in the standard library.
-  target_compile_options(hol_options INTERFACE -fsanitize=${HOL_SANITIZERS}
-                                               -fno-sanitize-recover=all -fno-omit-frame-pointer
-                                               -Wno-maybe-uninitialized)
+  target_compile_options(hol_options INTERFACE
+    -fsanitize=${HOL_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(hol_options INTERFACE -fsanitize=${HOL_SANITIZERS})
 endif()

@@ -26,23 +26,37 @@ class VyrAnnStandardXMLParser;
 ///                                                     these parents, [not ISO] to all others;
 ///                                                     [any] ends the limit
 ///
-/// The commands borrow the text they were parsed from.
+/// The commands borrow the text they were parsed from. A script that is parsed is only read:
+/// threads may share it, each with a document of its own.
 class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
  public:
-  enum class Verb : int { Node, Instance, Value, Field, Change, Delete, Each, EachNode };
+  /// What a command does; a verb each, as in the list above.
+  enum class Verb : int {
+    Node,      ///< "node"
+    Instance,  ///< "instance"
+    Value,     ///< "value"
+    Field,     ///< "field"
+    Change,    ///< "change"
+    Delete,    ///< "delete"
+    Each,      ///< "each"
+    EachNode,  ///< "each-node"
+  };
 
+  /// One command of a script. Its texts are borrowed from the script's.
   struct Command {
-    int line;  ///< 1-based line of the script
-    Verb verb;
+    int line;                  ///< 1-based line of the script
+    Verb verb;                 ///< what to do
     std::string_view parents;  ///< parent standards it is limited to, blank-separated; empty: any
     bool isForOthers;          ///< limited to all parent standards but those
     std::string_view path;     ///< node whose children are served, for the two each-verbs
     std::string_view text;     ///< the command; for the each-verbs what follows the child's name
 
-    /// True when the command concerns a standard of that parent.
+    /// True when the command concerns a standard of that parent ("ISO", "JIS", "ANSI" or "ASME").
+    /// One of another parent, or of none, is concerned unless the command is limited to some.
     bool AppliesTo(std::string_view parentStandard) const;
-    /// Runs the command. Result as of the document's commands; of an each-verb 1 when the node is
-    /// missing or has no children.
+    /// Runs the command, whatever the parent standard of `document`, which is only borrowed. Result
+    /// as of the document's commands: 0 done, 1 nothing found to do it to, 2 a position that is no
+    /// number; of an each-verb 0, or 1 when the node is missing or has no children.
     int Run(VyrAnnStandardXMLParser& document) const;
   };
 
@@ -50,7 +64,9 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
   /// commands at all and `GetProblem` names the line.
   explicit VyrAnnStandardScript(VyrUnicodeView script);
 
+  /// The commands in the order of their lines, borrowed from this object.
   std::span<const Command> GetCommands() const { return commands_; }
+  /// The first line that is not valid, and what would be right; empty when all are.
   const VyrProblem& GetProblem() const { return problem_; }
 
  private:

@@ -8,7 +8,7 @@
 #include "VyrResult.h"
 #include "VyrUnicodeString.h"
 
-class VyrAnnStandardXMLParser;
+struct SharedStandardDocument;
 
 /// What a drawing asks of one standard: its version, its parent standard, its sheet formats and
 /// sheet styles.
@@ -18,11 +18,13 @@ class VyrAnnStandardXMLParser;
 /// kept as such, and reported when it is first opened. Every operation fails for a standard without
 /// a document: one that is not found, cannot be read or has undefined enumeration values.
 ///
-/// Objects may be made and deleted on any thread; those of one standard share its document and are
-/// used from one thread at a time.
+/// An object belongs to one thread at a time. Several threads may each have one of the same
+/// standard: they share its document, and one operation waits for another's end, so
+/// that a sink of diagnostics must not wait for another thread.
 class HOLSTANDARDINFRA_EXPORT VyrAnnStandardServices {
  public:
   /// Opens the standard of that name, as `VyrDftStandardServices::FindStandardFileInEnv` finds it.
+  /// Null and names that are not found give a services object without a document.
   explicit VyrAnnStandardServices(const char* standardName);
   /// Opens exactly that file, read anew and not kept for others. Never null; a services object
   /// without a document when the file cannot be read.
@@ -47,25 +49,30 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardServices {
   /// as standards made from old text standards do. Anything else is `E_FAIL`, reported, with
   /// `style` left alone; so is a standard older than release 11, unreported.
   HRESULT GetDefaultSheetStyle(VyrDrwStdSheetStyle& style);
-  /// The scale of that style, whatever else it holds. A text that is no number leaves `scale`
-  /// alone and still is `S_OK`.
+  /// The scale of that style, whatever else it holds: length on the sheet by length of the object,
+  /// 0.5 for 1:2. A text that is no number leaves `scale` alone and still is `S_OK`. `E_FAIL`, with
+  /// `scale` left alone, when there is no document, no sheet style or no scale in it.
   HRESULT GetSheetScale(double& scale);
-  /// "ISO", "JIS", "ANSI" or "ASME"; empty when the standard does not say.
+  /// What the standard says in "Dimension.ParentStandard": "ISO", "JIS" or "ANSI", which an ASME
+  /// standard says, too; empty when it does not say. `E_FAIL` without a document.
   HRESULT GetStandardParentName(VyrUnicodeString& name);
-  /// The format version. `E_FAIL`, with what was found in `version`, when it is below 1.
+  /// The format version, 1 to 220. `E_FAIL`, with what was found in `version`, when it is below 1;
+  /// `E_FAIL`, with `version` left alone, without a document.
   HRESULT GetVersion(int& version);
-  /// 1 when the format version is at least `version`, else 0.
+  /// 1 when the format version is at least `version`, else 0: whether a drawing that needs what
+  /// `version` has can be switched to this standard. 0 without a document.
   int IsSwitchable(int version);
 
   /// 1 when the document is, or was, the one that the process keeps; 0 when it is this object's.
   int IsShared() const { return shared_; }
   /// Gives back the document that the process keeps, for a host that is about to end or that wants
-  /// the next standard read anew. Objects that use the document keep it.
+  /// the next standard read anew. Objects that use the document keep it. May be called from any
+  /// thread.
   static void ReleaseCachedDocument();
 
  private:
   VyrAnnStandardServices() = default;
 
-  std::shared_ptr<VyrAnnStandardXMLParser> parser_;
+  std::shared_ptr<SharedStandardDocument> document_;
   int shared_ = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "VyrUnicodeString.h"
 
 class VyrAnnStandardXMLNode;
+/// Counted reference to a node.
 using VyrAnnStandardXMLNode_var = VyrVar<VyrAnnStandardXMLNode>;
 
 /// A named node of a drafting standard's tree, with child nodes and typed values.
@@ -23,9 +25,10 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLNode final
     : public VyrFrameworkClass<VyrAnnStandardXMLNode>,
       private VyrCountedInstance<VyrAnnStandardXMLClass> {
  public:
-  static constexpr const char* kClassName = "VyrAnnStandardXMLNode";
-  static constexpr const char* kLibrary = "HolStandardInfra";
+  static constexpr const char* kClassName = "VyrAnnStandardXMLNode";  ///< of the meta-class
+  static constexpr const char* kLibrary = "HolStandardInfra";         ///< of the meta-class
 
+  /// What a node is in its document. The numbers are fixed: callers compare with them.
   enum Type : int {
     NodeTop = 0,       ///< one of the three top nodes of a document
     NodePlain = 1,     ///< a group of parameters, or the node that carries one value under its name
@@ -34,34 +37,52 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLNode final
     NodeInstance = 4,  ///< instance of a compound type; its values are held directly
   };
 
+  /// The children of a node, in order, a reference to each.
   using Nodes = std::vector<VyrAnnStandardXMLNode_var>;
+  /// The values that a node holds directly, in order, a reference to each.
   using Values = std::vector<VyrAnnStandardXMLValue_var>;
 
+  /// A node without children and values, with one reference for its creator. `name` may hold
+  /// blanks, as "A0 ISO" does; one with a "." is never found by a path.
   VyrAnnStandardXMLNode(Type type, VyrUnicodeView name);
   /// A plain node without a name, as the object framework makes it.
   VyrAnnStandardXMLNode() : VyrAnnStandardXMLNode(NodePlain, {}) {}
 
+  /// What the node is; as it was made.
   Type GetNodeType() const { return type_; }
+  /// The name, borrowed until it is set.
   const VyrUnicodeString& GetNodeName() const { return name_; }
+  /// Replaces the name, wherever the node is held. Nothing is refused.
   void SetNodeName(VyrUnicodeView name);
 
-  /// The lists themselves, borrowed until they are edited.
-  const Nodes& GetNodes() const { return nodes_; }
+  /// The list of children itself, borrowed until it is edited.
+  const Nodes& GetNodes() const {
+    if (holes_ != 0) CloseHoles();
+    return nodes_;
+  }
+  /// The list of values itself, borrowed until it is edited.
   const Values& GetValues() const { return values_; }
-  int GetNumOfNode() const { return static_cast<int>(nodes_.size()); }
+  /// Number of children.
+  int GetNumOfNode() const { return static_cast<int>(nodes_.size() - holes_); }
+  /// Number of values held directly; those wrapped in children do not count.
   int GetNumOfValue() const { return static_cast<int>(values_.size()); }
 
   /// Adds a child, of which the list takes a reference of its own. A negative index appends; an
   /// index from 0 to the count less 1 inserts before that element. The count itself is refused:
-  /// insertion at the end is asked for by a negative index only.
+  /// insertion at the end is asked for by a negative index only. Null is refused. A node must not
+  /// be added below itself, which is not checked.
   void AddNode(VyrAnnStandardXMLNode* child, int index);
+  /// Adds a value by the same rules.
   void AddValue(VyrAnnStandardXMLValue* value, int index);
 
-  /// A negative index means the last element. Null past the end.
+  /// The child at an index; a negative one means the last. Null, reported, past the end and without
+  /// children.
   VyrAnnStandardXMLNode* GetNode(int index) const;
+  /// The value at an index, by the same rules.
   VyrAnnStandardXMLValue* GetValue(int index) const;
-  /// Null when there is none, without a report.
+  /// The first child of that name; null, without a report, when there is none.
   VyrAnnStandardXMLNode* GetNodeByName(VyrUnicodeView name) const;
+  /// The first value of that name; null, without a report, when there is none.
   VyrAnnStandardXMLValue* GetValueByName(VyrUnicodeView name) const;
   /// The child named "Default", else the first child; null, reported, without children.
   VyrAnnStandardXMLNode* GetDefaultNode() const;
@@ -75,23 +96,26 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLNode final
   int AddNodeWithValue(VyrUnicodeView name, VyrAnnStandardXMLValue::Type type, VyrUnicodeView value,
                        VyrUnicodeView typeName, int index);
   /// Sets the text of the only value; of several values the one named before the first ":" of
-  /// `text` takes what follows that ":". Does nothing for several values and no ":".
+  /// `text` takes what follows that ":". Does nothing for several values and no ":". Refused for a
+  /// node with children, and when no value has that name.
   void ChangeValue(VyrUnicodeView text);
 
   /// The node at the end of a path of names joined by ".", below this node. With an occurrence
   /// other than 1 the last name is not looked at: the child is taken by its place, k >= 2 the k-th
-  /// and anything below 1 the last one, so that a caller addresses the instance just appended.
+  /// and anything below 1 the last one, so that a caller addresses the instance just appended. Null
+  /// when there is none; reported only where the place lies past the end.
   VyrAnnStandardXMLNode* GetNodeWithPath(VyrUnicodeView path, int occurrence) const;
   /// The first value whose text (not its name) is the last segment of the path: how a literal of
-  /// an enumeration is found.
+  /// an enumeration is found. Null, without a report, when there is none.
   VyrAnnStandardXMLValue* GetValueWithPath(VyrUnicodeView path) const;
   /// Removes the first child of the last name, else the first value of that name, else the first
-  /// value of that text. 0 when removed, 1 when nothing was found.
+  /// value of that text. 0 when removed, 1 when nothing was found. What is removed lives on as long
+  /// as somebody else holds a reference to it.
   int DeleteNodeWithPath(VyrUnicodeView path);
 
   /// Number of enumeration values in this tree whose literal is not defined under `enumTop`; each
-  /// is reported as one line. A null `enumTop` checks nothing. `context` begins every line; each
-  /// level appends its own name to it.
+  /// is reported as one line of trace output. A null `enumTop` checks nothing. `context` begins
+  /// every line; each level appends its own name to it.
   int Check(VyrAnnStandardXMLNode* enumTop, VyrUnicodeView context) const;
   /// An independent copy of the whole tree; the caller owns its reference.
   VyrAnnStandardXMLNode* Clone() const;
@@ -110,13 +134,28 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLNode final
   VyrAnnStandardXMLValue* FindValue(std::string_view name) const;
   VyrAnnStandardXMLValue* FindValueByText(std::string_view text) const;
   Indexes& WideIndexes() const;
-  void RemoveNode(const VyrAnnStandardXMLNode* child);
+  void Append(VyrAnnStandardXMLNode_var child);
+  void CountListing(VyrAnnStandardXMLNode& child);
+  std::size_t FirstPlace() const;
+  bool HasRepeats();
+  std::size_t FindPlace(const VyrAnnStandardXMLNode& child);
+  std::size_t FindNear(std::size_t start, const VyrAnnStandardXMLNode& child) const;
+  void CloseHoles() const;
+  void MakeHole(std::size_t place);
+  void RemoveNode(VyrAnnStandardXMLNode* child);
   void RemoveValue(std::size_t index);
+
+  /// Whether a child may stand in the list at two places.
+  enum class Repeats : std::uint8_t { None, Possible, Certain };
 
   Type type_;
   bool isIndexed_ = false;
+  Repeats repeats_ = Repeats::None;
+  std::uint16_t timesListed_ = 0;    // at most so many places of lists hold this node
+  std::uint32_t place_ = 0;          // near where a list last held this node
+  mutable std::uint32_t holes_ = 0;  // null elements of `nodes_`, the last of which is none
   VyrUnicodeString name_;
-  Nodes nodes_;
+  mutable Nodes nodes_;
   Values values_;
   mutable std::unique_ptr<Indexes> indexes_;
 };

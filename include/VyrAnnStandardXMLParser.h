@@ -20,13 +20,19 @@
 /// before the element now in that place; absent or below 1 it appends; one past the last element
 /// is refused with a report, and the command still returns 0.
 ///
-/// A copy shares the trees and the codec of its source. Used from one thread at a time.
+/// A document owns its three trees as long as nobody else holds a reference to their nodes. A copy
+/// shares the trees and the codec of its source: each sees what the other edits. A document and its
+/// copies are used from one thread at a time; other documents are no concern of theirs.
 class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLParser {
  public:
-  /// An empty document with a codec of the factory installed.
+  /// An empty document with a codec of the factory installed. A factory that makes none,
+  /// without which every load and save fails, and a codec that refuses the document are reported.
   VyrAnnStandardXMLParser();
+  /// @{
+  /// Shares the trees and the codec of the source.
   VyrAnnStandardXMLParser(const VyrAnnStandardXMLParser&) = default;
   VyrAnnStandardXMLParser& operator=(const VyrAnnStandardXMLParser&) = default;
+  /// @}
   ~VyrAnnStandardXMLParser() = default;
 
   /// "Path:Name[:Pos]": adds a child node. Directly in "Enum" it is an enumeration, directly in
@@ -38,12 +44,17 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLParser {
   /// -1, where it is added directly under that name. `occurrence` other than 1 addresses the last
   /// node of Path by its place: k >= 2 the k-th child of its parent, below 1 the last.
   int AddValueWithPath(VyrUnicodeView command, int occurrence);
-  /// The same command for every child, of the parent of Path, that has the last name of Path.
+  /// The same command for every child, of the parent of Path, that has the last name of Path: of
+  /// "Root" and two names more. With each further name the parent's path is cut one character
+  /// shorter than it should be, which existing tables of commands count on. `occurrence` as above,
+  /// but of the parent. 1 when there is no such child.
   int AddValueWithPathForAllOccurence(VyrUnicodeView command, int occurrence);
   /// "Path:Text": sets the text of a node's only value, or "Path:Field:Text" of one of several; or
-  /// replaces the text of the value that Path finds by its present text.
+  /// replaces the text of the value that Path finds by its present text. 1 when neither is found
+  /// and without a ":".
   int ChangeValueWithPath(VyrUnicodeView command);
-  /// Removes the node at the path, else the value of that name, else the value of that text.
+  /// Removes the node at the path, else the value of that name, else the value of that text. 0 when
+  /// removed, 1 when there is nothing of the kind.
   int DeleteNodeWithPath(VyrUnicodeView path);
   /// The node at the path with a reference for the caller; null when there is none.
   VyrAnnStandardXMLNode* GetNodeWithPath(VyrUnicodeView path);
@@ -57,8 +68,8 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLParser {
   /// tells; -1 when the version it carries cannot be read.
   int GetVersion();
 
-  /// Appends the content of a file (`fromFile` not 0: `source` is its path) or of an XML text to
-  /// the document. 0 on success; 1 on failure, and then the document is not to be used.
+  /// Appends the content of a file (`fromFile` not 0: `source` is its path) or of an XML text
+  /// (UTF-8) to the document. 0 on success; 1 on failure, and then the document is not to be used.
   int DecodeXML(VyrUnicodeView source, int fromFile);
   /// Writes the document to a file, all of it or nothing: when the result is negative the file is
   /// as it was.

@@ -10,7 +10,7 @@ class VyrAnnStandardXMLNode;
 /// Shared by the two classes of the typed tree: one counter tells whether every node and value of
 /// a document was given back.
 struct VyrAnnStandardXMLClass {
-  static constexpr const char* kClassName = "VyrAnnStandardXMLClass";
+  static constexpr const char* kClassName = "VyrAnnStandardXMLClass";  ///< of the counter
 };
 
 /// A typed value of a drafting standard: a parameter's value, a field of a compound type or a
@@ -22,38 +22,46 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLValue final
     : public VyrFrameworkClass<VyrAnnStandardXMLValue>,
       private VyrCountedInstance<VyrAnnStandardXMLClass> {
  public:
-  static constexpr const char* kClassName = "VyrAnnStandardXMLValue";
-  static constexpr const char* kLibrary = "HolStandardInfra";
+  static constexpr const char* kClassName = "VyrAnnStandardXMLValue";  ///< of the meta-class
+  static constexpr const char* kLibrary = "HolStandardInfra";          ///< of the meta-class
 
+  /// Type of a value, and the word that path commands have for it. The numbers are fixed: callers
+  /// compare with them.
   enum Type : int {
-    ValueInt = 1,
-    ValueFloat = 2,
-    ValueString = 3,
-    ValueEnum = 4,
-    ValueColor = 5,
+    ValueInt = 1,     ///< "int": a decimal integer
+    ValueFloat = 2,   ///< "float": a decimal number; shipped standards have millimetres and degrees
+    ValueString = 3,  ///< "string": any text
+    ValueEnum = 4,    ///< "enum.NAME": a literal of the enumeration NAME
+    ValueColor = 5,   ///< "color": red, green and blue
   };
 
   /// `value` is the value as text: decimal numbers, three blank-separated components from 0 to 255
-  /// for a colour, the literal itself for an enumeration. `name` and `rangeVal` as below.
+  /// for a colour, the literal itself for an enumeration. It is kept as it is, whether or not it
+  /// suits the type. `name` is what `GetValueName` tells, `rangeVal` what `GetRangeVal` tells.
   VyrAnnStandardXMLValue(Type type, VyrUnicodeView value, VyrUnicodeView name, int rangeVal);
   /// An empty string value, as the object framework makes it.
   VyrAnnStandardXMLValue() : VyrAnnStandardXMLValue(ValueString, {}, {}, 0) {}
 
+  /// The type; as the value was made.
   Type GetType() const { return type_; }
-  /// A value that a type definition, an enumeration or an instance holds directly: its own name
-  /// (empty for a literal). A value wrapped in a parameter's node: the enumeration's name for a
-  /// `ValueEnum`, the lower bound for a bounded float, else empty.
+  /// Of a value that a type definition, an enumeration or an instance holds directly: its own name
+  /// (empty for a literal). Of a value wrapped in a parameter's node: the enumeration's name for a
+  /// `ValueEnum`, the lower bound for a bounded float, else empty. Borrowed from the value.
   const VyrUnicodeString& GetValueName() const { return name_; }
+  /// The value as text, borrowed until it is set.
   const VyrUnicodeString& GetValue() const { return value_; }
+  /// Replaces the text, whatever it says.
   void SetValue(VyrUnicodeView value);
   /// 1: a float whose lower bound is the text in `GetValueName`; otherwise 0. The bound is stored
   /// for whoever edits the standard and not enforced here.
   int GetRangeVal() const { return rangeVal_; }
+  /// Sets that number.
   void SetRangeVal(int rangeVal) { rangeVal_ = rangeVal; }
 
   /// Number of undefined enumeration literals in this value: 0 or 1. Only a `ValueEnum` can be
   /// undefined, when `enumTop` has no such literal in the enumeration that `GetValueName` names;
-  /// it is then reported as one line that begins with `context`. A null `enumTop` checks nothing.
+  /// it is then reported as one line of trace output that begins with `context`. A null `enumTop`
+  /// checks nothing.
   int Check(VyrAnnStandardXMLNode* enumTop, VyrUnicodeView context) const;
   /// An independent copy; the caller owns its reference.
   VyrAnnStandardXMLValue* Clone() const;
@@ -69,4 +77,5 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLValue final
   VyrUnicodeString value_;
 };
 
+/// Counted reference to a value.
 using VyrAnnStandardXMLValue_var = VyrVar<VyrAnnStandardXMLValue>;

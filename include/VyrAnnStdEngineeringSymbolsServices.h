@@ -6,21 +6,22 @@
 #include "VyrUnicodeString.h"
 
 /// The engineering symbols that texts of annotations carry as tags ("<DIAMETER>"): which font draws
-/// one, by which code, and how menus picture it. All operations are static and may be called from
-/// any thread.
+/// one, by which code, and how menus picture it. Most are the symbols of dimensioning (ISO 129-1)
+/// and of geometrical tolerancing (ISO 1101, ASME Y14.5). All operations are static and may be
+/// called from any thread.
 class HOLSTANDARDINFRA_EXPORT VyrAnnStdEngineeringSymbolsServices {
  public:
   VyrAnnStdEngineeringSymbolsServices() = delete;
 
   /// The fonts that the text around a symbol is drawn in.
   enum SymbolContext : int {
-    StrokeFonts = 0,
-    OpenTypeFonts = 1,
+    StrokeFonts = 0,    ///< the application's own fonts, drawn by strokes
+    OpenTypeFonts = 1,  ///< OpenType fonts
   };
   /// The parent standard of the text, as far as symbols differ.
   enum ParentStandard : int {
-    ParentISO = 0,
-    ParentJIS = 1,
+    ParentISO = 0,   ///< ISO
+    ParentJIS = 1,   ///< JIS, whose symbols are those of ISO
     ParentANSI = 2,  ///< ANSI and ASME
   };
 
@@ -29,8 +30,10 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStdEngineeringSymbolsServices {
   /// the leftmost pixel in the highest bit, 1 is ink).
   ///
   /// `S_OK` when the tag is one of the context and the parent, `S_FALSE` when it is only one of the
-  /// other context, `E_FAIL` when it is none, `E_INVALIDARG` for an empty tag. On failure the
-  /// outputs are left alone. Tags are compared exactly. The last argument means nothing.
+  /// other context, `E_FAIL` when it is none, `E_INVALIDARG` for an empty tag. ANSI and ASME have
+  /// the same fonts in both contexts, so that `S_FALSE` is an answer of ISO and JIS only. `E_FAIL`
+  /// for a context or a parent that does not exist. On failure the outputs are left alone. Tags are
+  /// compared exactly, their angle brackets included. The last argument means nothing.
   static HRESULT GetEngSymbolDefinitionAndImage(const VyrUnicodeString& tag, SymbolContext context,
                                                 ParentStandard parent, VyrUnicodeString& font,
                                                 VyrUnicodeString& code,

@@ -47,10 +47,11 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStandardServices {
   /// them read anew.
   static void ReleaseOOTBStandards();
   /// Opens a file as a standard of that name. Queries of a standard whose file cannot be read,
-  /// which is reported, find nothing.
+  /// which is reported, find nothing. Never null.
   static VyrIDrwStandard_var GetStandardFromFile(const VyrUnicodeString& fileName,
                                                  const VyrUnicodeString& name);
-  /// Parent standard ("ISO", ...) and format version of a file; empty and 0 when it cannot be read.
+  /// Parent standard ("ISO", "JIS", "ANSI", "ASME", or what else the file says) and format version
+  /// of a file; empty and 0, reported, when it cannot be read. `fileName` is left as it is.
   static void GetStandardClassAndVersion(VyrUnicodeString& fileName,
                                          VyrUnicodeString& standardClass, int& version);
 
@@ -60,23 +61,33 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStandardServices {
   /// when there is no other.
   static VyrUnicodeString GetFatherNode(VyrUnicodeString path);
 
-  /// Row (0 to 176) of a keyword, or of a legacy parameter name, in the table of the old parameter
-  /// set; -1 for an empty or unknown one.
+  /// Row (0 to 176) of a keyword, the name that XML standards have for a parameter, in the table of
+  /// the old parameter set; -1 for an empty or unknown one.
   static int GetIndexFromKeyword(const VyrUnicodeString& keyword);
+  /// Row of a legacy name, the one that the old parameter set has; -1 likewise.
   static int GetIndexFromParam(const VyrUnicodeString& parameter);
-  /// The other name of the same row; empty when there is no such row.
+  /// The keyword of a legacy name; empty when there is no such row.
   static VyrUnicodeString GetKeywordFromParam(const VyrUnicodeString& parameter);
+  /// The legacy name of a keyword; empty when there is no such row, or none in it.
   static VyrUnicodeString GetParamFromKeyword(const VyrUnicodeString& keyword);
 
-  /// `E_FAIL` for an unknown word or number; the output is then left alone.
+  /// The orientation that a standard writes as `name` ("LandscapeByDefault" and so on). `E_FAIL`
+  /// for an unknown word; `orientation` is then left alone.
   static HRESULT GetEnumFromName(const VyrUnicodeString& name,
                                  VyrFormatOrientationsType& orientation);
+  /// The word that a standard writes for an orientation. `E_FAIL` for an unknown number; `name` is
+  /// then left alone.
   static HRESULT GetNameFromEnum(VyrFormatOrientationsType orientation, VyrUnicodeString& name);
 
-  /// The sheet format at a 1-based index. Fails with the first of its fields that cannot be read.
+  /// The sheet format at a 1-based index. Fails as the query of the first field that cannot be read
+  /// does (`E_FAIL` past the last format), and with `E_FAIL` for an unknown orientation; `format`
+  /// is then left alone.
   static HRESULT GetFormatData(VyrIDftStandard& standard, int index, VyrDrwStdSheetFormat& format);
   /// All sheet formats of a standard: a new array of `count` that the caller frees with `delete[]`.
-  /// `*formats` must be null. All of them or none.
+  /// All of them or none: on failure both outputs are left alone. `E_INVALIDARG`, reported, for a
+  /// null argument and when `*formats` is not null; `E_FAIL`, reported, when a format cannot be
+  /// read; else what the standard answers when it is asked for their number, a failure when it has
+  /// none.
   static HRESULT GetSheetFormats(VyrIDftStandard* standard, VyrDrwStdSheetFormat** formats,
                                  int& count);
 

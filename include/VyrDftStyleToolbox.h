@@ -36,9 +36,11 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStyleToolbox {
   /// The graphic values that a style holds at `path` (null or empty: in the style itself) for a
   /// `VyrVisGeometryType`. With `useDefaults` not 0 the style is not asked.
   ///
-  /// - Lines: width from "Thickness" and line type from "LineType", else "Linetype". A width below
-  ///   1 becomes 2, a line type below 1 becomes 1, line type 8 becomes 0. Defaults: 2 and 1.
-  /// - Points: symbol from "PointType". No default.
+  /// - Lines: width from "Thickness" and line type from "LineType", else "Linetype". Both
+  ///   are rows of the standard's tables. A width below 1 becomes 2, a line type below 1 becomes 1,
+  ///   line type 8 becomes 0. Defaults: 2 and 1.
+  /// - Points: symbol from "PointType". No default. The names, from number 1 on: "Cross", "Plus",
+  ///   "Concentric", "Coincident", "Fullcircle", "Fullsquare", "Star", "Dot", "Smalldot".
   /// - Both: colour from "Color"; black by default and for all but three components of 0 or more.
   ///
   /// What the style does not hold stays as it is in `values`, but for the colour, which is always

@@ -3,10 +3,15 @@
 #include "HolStandardInfraExport.h"
 #include "VyrXMLDOM.h"
 
-/// Walks the children of a node of a document.
+/// Walks the children of a node of a document: elements and texts, blank ones too. Holds a
+/// reference to the list of children, and so keeps the document. Used from one thread at a time.
 class HOLSTANDARDINFRA_EXPORT VyrDftXMLNodeIterator {
  public:
-  enum Direction : int { Forward = 0, Backward = 1 };
+  /// Which way to walk.
+  enum Direction : int {
+    Forward = 0,   ///< from the first child to the last
+    Backward = 1,  ///< from the last child to the first
+  };
 
   /// Starts at the first child, or at the last for `Backward`. A node whose children cannot be
   /// read is reported and has none.
@@ -16,8 +21,8 @@ class HOLSTANDARDINFRA_EXPORT VyrDftXMLNodeIterator {
   int IsDone() const;
   /// Moves on; refused, with a report, when done.
   void Next();
-  /// The child at the present place; null when done, and, reported, past the first child of a
-  /// backward walk.
+  /// The child at the present place, in a handle with a reference of its own; null when done, and,
+  /// reported, past the first child of a backward walk.
   VyrIDOMNode_var CurrentItem() const;
 
  private:

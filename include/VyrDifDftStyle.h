@@ -10,14 +10,17 @@
 #include "VyrIDrwStandard.h"
 #include "VyrInstanceCounter.h"
 
-/// A style of a standard: answers by asking the standard below the style's own path.
+/// A style of a standard: answers by asking the standard below the style's own path, which is the
+/// type and the name ("Text.Default." and the caller's path). Reference-counted; holds a reference
+/// to its standard. Used from one thread at a time, together with that.
 class HOLSTANDARDINFRA_EXPORT VyrDifDftStyle
     : public VyrFrameworkClass<VyrDifDftStyle, VyrImplements<VyrIDftStyle>>,
       VyrCountedInstance<VyrDifDftStyle> {
  public:
-  static constexpr const char* kClassName = "VyrDifDftStyle";
-  static constexpr const char* kLibrary = "HolStandardInfra";
+  static constexpr const char* kClassName = "VyrDifDftStyle";  ///< of the meta-class
+  static constexpr const char* kLibrary = "HolStandardInfra";  ///< of the meta-class
 
+  /// A style of no standard, as the object framework makes it, with one reference for its creator.
   VyrDifDftStyle() = default;
 
   HRESULT GetName(unsigned short** name) override;
@@ -32,8 +35,9 @@ class HOLSTANDARDINFRA_EXPORT VyrDifDftStyle
   unsigned char HasNode(const char* path) override;
   int GetStdVersion() override;
   HRESULT GetStyleManager(VyrIDftStyleManager** manager) override;
-  /// Makes it the style `name` of the objects of `type`, once. `E_INVALIDARG` for a null standard,
-  /// `E_FAIL` the second time.
+  /// Makes it the style `name` of the objects of `type` ("Text", ...), once; takes a reference to
+  /// `standard`. `E_INVALIDARG` for a null standard, `E_FAIL` the second time. Whether the standard
+  /// has such a style is told by the queries alone.
   virtual HRESULT Initialize(VyrIDrwStandard_var& standard, VyrUnicodeString name,
                              VyrUnicodeString type);
 

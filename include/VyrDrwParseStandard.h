@@ -22,14 +22,18 @@ struct VyrDrwParseStandardBomProperty;
 /// Reads one standard, tells its parent standard and its format version, and writes it converted
 /// or upgraded.
 ///
+/// The parent standard decides which practice the defaults of a new parameter follow: ISO and JIS
+/// go together there, and so do ANSI and ASME. What is wrong with a file is kept for `GetProblem`,
+/// and failed checks are reported.
+///
 /// Owns the document and the parameters that it reads. Used from one thread at a time.
 class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
  public:
   // Parent standards as bits, so that sets of them can be or-ed.
-  static constexpr int ANSI = 1;
-  static constexpr int ASME = 2;
-  static constexpr int ISO = 4;
-  static constexpr int JIS = 8;
+  static constexpr int ANSI = 1;  ///< American practice of before ASME Y14.5
+  static constexpr int ASME = 2;  ///< American practice of ASME Y14.5
+  static constexpr int ISO = 4;   ///< international practice
+  static constexpr int JIS = 8;   ///< Japanese practice
 
   /// Remembers the path of the standard's file; reads nothing.
   explicit VyrDrwParseStandard(const VyrUnicodeString& fileName);
@@ -38,7 +42,7 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   virtual ~VyrDrwParseStandard();
 
   /// Reads the file as an XML standard, once. When it cannot be read, `GetProblem` says why, the
-  /// object counts as not decoded and its document is empty.
+  /// object counts as not decoded and its document is empty; when memory ran out there is none.
   void Decode();
   /// Reads the file as a text standard of the old generation, once: then decoded, of version 0 and
   /// without a document. `E_FAIL`, and nothing is kept, when the text is not valid; `GetProblem`
@@ -49,21 +53,25 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   const VyrProblem& GetProblem() const { return problem_; }
 
   /// "ISO", "JIS", "ANSI", "ASME", or whatever the standard says; empty before it is read. An ASME
-  /// standard calls itself "ANSI" and is told by its datum mode.
+  /// standard calls itself "ANSI" and is told by its datum mode ("TXTDatumMode" 1, where ANSI has
+  /// 2), since the symbol of datum features is where ASME Y14.5 left the older practice.
   VyrUnicodeString GetParentStandard() const { return parentStandard_; }
   /// The parent standard as one of the bits above; 0, reported, for any other name.
   int GetParentStandardId() const;
   /// Format version of what was read; 0 before, and for a text standard.
   int GetVersion() const { return version_; }
+  /// The format version that this release writes: 220.
   static int GetCurrentVersion();
 
-  /// Writes to the trace channel "VyrDftStandardOutput" one line per parameter that every standard
-  /// must valuate and this one does not, and how many they are.
+  /// Reads the file if that was not done, then writes to the trace channel "VyrDftStandardOutput"
+  /// one line per parameter that every standard must valuate and this one does not, and how many
+  /// they are.
   void Check();
 
   /// Upgrades to the current version and saves into `outputDirectory` (null: the working
   /// directory) under the file's own name with the extension ".xml". `outputPath` receives the
-  /// path, directory and name joined by a backslash, or empty when nothing was read.
+  /// path, directory and name joined by a backslash, or empty when nothing was read. When the
+  /// upgrade cannot be begun, what was read is saved as it is. `GetProblem` says what failed.
   void Encode(const char* outputDirectory, VyrString& outputPath,
               VyrDrwParseStandardUpgradeOptions& options);
   /// Told of every step of an upgrade once it is done: the step's name, the version that the
@@ -72,35 +80,48 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   using StepObserver =
       std::function<void(const char* step, int version, VyrAnnStandardXMLParser& document)>;
   /// Upgrades what was read to `targetVersion` (-1: the current one) and saves nothing. Once only:
-  /// the object keeps the version of what it read. Negative when the chain could not be begun.
+  /// the object keeps the version of what it read. A target between two versions runs the steps up
+  /// to it, one below the version that was read none. `E_FAIL` when nothing was read,
+  /// `E_UNEXPECTED` when the chain could not be begun; `GetProblem` says why. When memory runs out
+  /// on the way, `E_FAIL`, and there is no document any more: half an upgrade cannot be saved.
   HRESULT Upgrade(int targetVersion, VyrDrwParseStandardUpgradeOptions& options,
                   const StepObserver& afterStep = {});
   /// The document that was read or composed, borrowed. Only after a successful read of an XML
   /// standard or an upgrade.
   VyrAnnStandardXMLParser& GetDocument() { return *document_; }
-  /// Saves the document exactly to `path`. Failures are negative, and leave the file as it was.
+  /// Saves the document exactly to `path`. Failures are negative, and leave the file as it was:
+  /// `E_UNEXPECTED`, reported, without a document, else what the codec answers.
   HRESULT SaveToFile(const char* path);
-  /// `Upgrade`, then `SaveToFile`.
+  /// `Upgrade`, then, unless that failed, `SaveToFile`; the result of the last one that was run.
   HRESULT EncodeToFile(const char* path, int targetVersion,
                        VyrDrwParseStandardUpgradeOptions& options);
 
-  /// Append a line to `text`, and a line break when `newLine` is not 0. Of the pieces, those that
+  /// @{
+  /// Appends a line to `text`, and a line break when `newLine` is not 0. Of the pieces, those that
   /// are null are left out.
   static void AddOutputLine(VyrUnicodeString& text, const VyrUnicodeString& line, int newLine);
   static void AddOutputLine(VyrUnicodeString& text, const char* a, const char* b, const char* c,
                             int newLine);
   static void AddOutputLine(VyrUnicodeString& text, const char* line, int newLine);
-  /// The same, inserted at a character position. The form with one `const char*` does nothing when
-  /// the position lies outside the text; the two others take such a position as the nearest end.
+  /// @}
+
+  /// @{
+  /// The same, inserted at a character position, counted from 0 in UTF-16 code units. The form with
+  /// one `const char*` does nothing when the position lies outside the text; the two others take
+  /// such a position as the nearest end.
   static void InsertOutputLine(VyrUnicodeString& text, int position, const VyrUnicodeString& line,
                                int newLine);
   static void InsertOutputLine(VyrUnicodeString& text, int position, const char* a, const char* b,
                                const char* c, int newLine);
   static void InsertOutputLine(VyrUnicodeString& text, int position, const char* line, int newLine);
+  /// @}
 
  private:
   friend struct VyrDrwParseStandardAccess;
 
+  HRESULT RefuseForMemory();
+  void DecodeXML();
+  HRESULT DecodeParameters();
   void DetermineParentStandard(VyrUnicodeView name, VyrUnicodeView datumMode);
   VyrDrwParseParameter* GetParameter(const VyrUnicodeString& name) const;
 

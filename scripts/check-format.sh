@@ -6,5 +6,5 @@ cd "$(dirname "$0")/.."
 
 require_packages clang-format
 say "checking the format"
-find include platform src tools tests bench examples -name '*.cpp' -o -name '*.h' |
+find include platform src tools tests bench fuzz examples -name '*.cpp' -o -name '*.h' |
   xargs clang-format --dry-run --Werror

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Fails when an installed tree does not serve once it has been moved: the example is built from it
-# alone and must print what the tutorial says, the tool must run with the library beside it.
+# alone and must print what the tutorial says, a program is built by what pkg-config says, the tool
+# must run with the library beside it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
 
-require_packages $packages_build
+require_packages $packages_build $packages_use
 build_preset release
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
@@ -35,7 +36,17 @@ ldd "$tree/bin/holstd" | grep "libHolStandardInfra.*$tree/" >/dev/null ||
 scripts/build-example.sh "$tree" "$folder/example"
 mkdir "$folder/work"
 # Only the moved tree may serve the standards, whatever the environment of this run says.
-env -u VYR_STANDARD_PATH WOB_ODT_OUT="$folder/work" "$folder/example/drafting_module" \
-  >"$folder/output.txt"
+unset VYR_STANDARD_PATH
+export WOB_ODT_OUT="$folder/work"
+"$folder/example/drafting_module" >"$folder/output.txt"
 cmp "$folder/work/ISO.xml" "$tree/share/HolStandardInfra/standards/ISO.xml"
 scripts/check-tutorial.sh "$folder/output.txt"
+
+say "building a program by pkg-config"
+libraries=$(dirname "$(find "$tree" -name libHolStandardInfra.so)")
+export PKG_CONFIG_PATH="$libraries/pkgconfig"
+g++ -std=c++20 tests/package/across_boundary.cpp \
+  $(pkg-config --cflags --libs HolStandardInfra) -o "$folder/across_boundary"
+LD_LIBRARY_PATH="$libraries" "$folder/across_boundary"
+[ -f "$(pkg-config --variable=standardsdir HolStandardInfra)/ISO.xml" ] ||
+  fail "pkg-config does not lead to the standards"

@@ -2,9 +2,11 @@
 
 # Debian packages by what needs them.
 packages_build="g++ cmake ninja-build libxml2-dev libcli11-dev nlohmann-json3-dev"
-packages_test="$packages_build libgtest-dev libgmock-dev"
+packages_test="$packages_build libgtest-dev libgmock-dev locales"
 packages_bench="$packages_build libbenchmark-dev libpugixml-dev"
-packages_check="$packages_test $packages_bench clang-format"
+packages_package="$packages_build dpkg-dev file"
+packages_use="g++ cmake ninja-build pkg-config"
+packages_check="$packages_test $packages_bench $packages_package $packages_use clang-format"
 
 say() { printf '== %s\n' "$*"; }
 fail() { printf 'error: %s\n' "$*" >&2; exit 1; }

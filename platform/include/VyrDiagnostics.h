@@ -9,6 +9,8 @@
 /// Where the library's diagnostics go. A host replaces what it wants to receive itself; an empty
 /// member keeps the default. Every default writes to standard error.
 struct VyrDiagnosticSinks {
+  /// Receives one text, its line end included, on the thread that reports; `text` is borrowed for
+  /// the call. It must not throw.
   using Sink = std::function<void(std::string_view text)>;
 
   Sink print;     ///< failed checks in a development-stage run, before the abend log
@@ -24,9 +26,13 @@ HOLSTANDARDINFRA_EXPORT VyrDiagnosticSinks VyrSetDiagnosticSinks(VyrDiagnosticSi
 
 /// True in a run that wants failed checks to stop it. False unless the host says otherwise.
 HOLSTANDARDINFRA_EXPORT bool VyrDevelopmentStage();
+/// Says so, for the whole process; from any thread.
 HOLSTANDARDINFRA_EXPORT void VyrSetDevelopmentStage(bool development);
 
+/// Sends one line to the error log. Control characters in it, but for the line end, become "?".
 HOLSTANDARDINFRA_EXPORT void VyrSysLogError(std::string_view text);
+/// Sends `text` to the abend log; in a development-stage run, unless a host receives that itself,
+/// the process is then aborted.
 HOLSTANDARDINFRA_EXPORT void VyrSysLogAbend(std::string_view text);
 /// For a caller's mistake that no run may survive: sends `text` to the abend log and, unless a host
 /// receives that itself, aborts the process in every stage. May return.
@@ -34,14 +40,19 @@ HOLSTANDARDINFRA_EXPORT void VyrFatalError(std::string_view text);
 /// Writes to the sink of the trace channels.
 HOLSTANDARDINFRA_EXPORT void VyrTraceOutput(std::string_view text);
 
-/// Kinds of failed checks, as they stand in the report.
-inline constexpr const char* kVyrBoolIsFalse = "BOOL IS FALSE";
-inline constexpr const char* kVyrOnPointer = "ON POINTER ";
-inline constexpr const char* kVyrNoKind = "";
+// Kinds of failed checks, as they stand in the report.
+inline constexpr const char* kVyrBoolIsFalse = "BOOL IS FALSE";  ///< a condition does not hold
+inline constexpr const char* kVyrOnPointer = "ON POINTER ";      ///< a pointer is null
+inline constexpr const char* kVyrNoKind = "";                    ///< a failure without a condition
 
 /// A source unit of the library, as its failed checks name it.
+///
+/// A report is one line, ">> ASSERTION FAILED kind: message [File: unit:line].<<", with the message
+/// cut at 40 bytes. It goes to the error log; in a development-stage run it is printed and goes to
+/// the abend log. A unit is a constant: threads share it.
 class HOLSTANDARDINFRA_EXPORT VyrSourceUnit {
  public:
+  /// `name` must outlive the process.
   explicit constexpr VyrSourceUnit(const char* name) : name_(name) {}
 
   /// Reports a failure that has no condition of its own.

@@ -6,7 +6,8 @@
 #include "VyrIVisProperties.h"
 #include "VyrResult.h"
 
-/// Announces changes of what is shown, so that the host's views are drawn anew.
+/// Announces changes of what is shown, so that the host's views are drawn anew. All operations are
+/// static; an announcement is made on the thread that changes the element.
 class HOLSTANDARDINFRA_EXPORT VyrHolVisuEventsToolbox {
  public:
   VyrHolVisuEventsToolbox() = delete;
@@ -18,6 +19,8 @@ class HOLSTANDARDINFRA_EXPORT VyrHolVisuEventsToolbox {
                                              VyrVisGeometryType geometry,
                                              const VyrVisPropertiesValues& values);
 
+  /// A host's listener. The element and its values are borrowed for the call; the result is that of
+  /// the dispatch, negative when the change could not be passed on.
   using ModifyListener =
       std::function<HRESULT(VyrIVisProperties* element, VyrVisPropertyType property,
                             VyrVisGeometryType geometry, const VyrVisPropertiesValues& values)>;

@@ -6,7 +6,8 @@
 #include "HolStandardInfraExport.h"
 
 /// Number of live objects of one kind. Kept in development builds only, where a host's test run
-/// can show that every reference was given back; in other builds counting costs nothing.
+/// can show that every reference was given back; in other builds counting costs nothing. Counters
+/// are made once per class, live as long as the process and may be used from any thread.
 class HOLSTANDARDINFRA_EXPORT VyrInstanceCounter {
  public:
   /// `name` must outlive the process: the name of the class that is counted.
@@ -14,12 +15,16 @@ class HOLSTANDARDINFRA_EXPORT VyrInstanceCounter {
   VyrInstanceCounter(const VyrInstanceCounter&) = delete;
   VyrInstanceCounter& operator=(const VyrInstanceCounter&) = delete;
 
+  /// Counts one object more.
   void Increment() { live_.fetch_add(1, std::memory_order_relaxed); }
+  /// Counts one object less.
   void Decrement() { live_.fetch_sub(1, std::memory_order_relaxed); }
+  /// Number of objects that live at this moment.
   long GetLive() const { return live_.load(std::memory_order_relaxed); }
+  /// The name of the class that is counted.
   const char* GetName() const { return name_; }
 
-  /// Calls `visit` for every counter of the process.
+  /// Calls `visit` for every counter of the process, the latest first.
   static void ForEach(const std::function<void(const VyrInstanceCounter&)>& visit);
 
  private:

@@ -7,9 +7,12 @@
 
 class VyrBaseUnknown;
 
-/// What the object framework knows of a class at run time. Made once per class, as a constant.
+/// What the object framework knows of a class at run time. Made once per class, as a constant that
+/// threads share; texts and meta-classes that it gives are borrowed for as long as the process
+/// lives.
 class HOLSTANDARDINFRA_EXPORT VyrMetaClass {
  public:
+  /// Makes an object of the class, with one reference for the caller.
   using Creator = VyrBaseUnknown* (*)();
 
   /// `base` is null for the framework's root class, `creator` for a class that only its own
@@ -18,8 +21,11 @@ class HOLSTANDARDINFRA_EXPORT VyrMetaClass {
                          Creator creator)
       : name_(name), library_(library), base_(base), creator_(creator) {}
 
+  /// Name of the class.
   const char* GetName() const { return name_; }
+  /// Name of the library that the class lies in.
   const char* GetLibrary() const { return library_; }
+  /// The class that this one derives from; null for the framework's root class.
   const VyrMetaClass* GetBase() const { return base_; }
   /// Name of the class that this one extends once both are loaded. "VyrNull", as for every class
   /// here: it extends none.

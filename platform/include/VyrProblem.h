@@ -7,5 +7,6 @@ struct VyrProblem {
   int line = 0;           ///< 1-based line of the input, 0 when no line is to blame
   VyrUnicodeString text;  ///< what is wrong and what would be right; empty: nothing is wrong
 
+  /// True when nothing is wrong.
   bool IsEmpty() const { return text.IsEmpty(); }
 };

@@ -17,7 +17,7 @@
 /// standards are of the type "drafting".
 ///
 /// What fails on a file or a folder is told in one line of the error log that names it and says
-/// why.
+/// why. All operations are static and, but for setting the folders, may be called from any thread.
 class HOLSTANDARDINFRA_EXPORT VyrStdServices {
  public:
   VyrStdServices() = delete;
@@ -36,7 +36,7 @@ class HOLSTANDARDINFRA_EXPORT VyrStdServices {
   /// those with a separator, a control character or "..", and those that are no UTF-8.
   static bool IsStandardName(std::string_view name);
 
-  /// The folders that are searched, in order.
+  /// The folders that are searched, in order, whether or not they exist.
   static std::vector<std::string> GetFolders();
   /// Replaces the folders; an empty list restores the default, an empty name is no folder. Not
   /// synchronised: a host sets its folders before it uses the library.

@@ -2,9 +2,11 @@
 
 #include <string_view>
 
-/// Cuts a text at a separator, one token per call.
+/// Cuts a text at a separator, one token per call. Text and tokens are borrowed, and nothing is
+/// copied.
 class VyrToken {
  public:
+  /// `text` must outlive the tokens.
   constexpr VyrToken(std::string_view text, char separator) : rest_(text), separator_(separator) {}
 
   /// Puts the next component into `token` and returns true. The call that signals the end by

@@ -7,18 +7,21 @@
 
 /// Identifies an interface across modules: 16 bytes, compared as a whole.
 struct IID {
-  std::uint32_t data1;
-  std::uint16_t data2;
-  std::uint16_t data3;
-  std::array<std::uint8_t, 8> data4;
+  std::uint32_t data1;                ///< bytes 0 to 3, as a number
+  std::uint16_t data2;                ///< bytes 4 and 5, as a number
+  std::uint16_t data3;                ///< bytes 6 and 7, as a number
+  std::array<std::uint8_t, 8> data4;  ///< bytes 8 to 15
 
+  /// Equal in every byte.
   friend constexpr bool operator==(const IID&, const IID&) = default;
 };
 
 /// Root of every interface of the object framework. Objects are reference-counted: whoever
 /// receives an interface from an operation owns one reference and gives it back with `Release`.
+/// References may be counted on any thread.
 class IUnknown {
  public:
+  /// Identifier of the interface.
   static constexpr IID kIid = {0x00000000, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 
   /// Asks for the interface `iid`. On `S_OK` `*object` holds a counted reference; otherwise

@@ -11,11 +11,13 @@
 /// same calls give the same bytes.
 ///
 /// Elements nested deeper than `kIndentedLevels` get no further indentation, so that the text
-/// stays in proportion to the tree however deep it is.
+/// stays in proportion to the tree however deep it is. Used from one thread at a time.
 class HOLSTANDARDINFRA_EXPORT VyrXMLWriter {
  public:
+  /// Number of levels that are indented.
   static constexpr std::size_t kIndentedLevels = 40;
 
+  /// A document that has no element yet, of which there must be one.
   VyrXMLWriter();
 
   /// `qualifiedName` must be a valid XML name and outlive the element.
@@ -26,6 +28,7 @@ class HOLSTANDARDINFRA_EXPORT VyrXMLWriter {
   /// Adds text to the element just started; the same rule as for attributes. An element with text
   /// takes no child elements.
   [[nodiscard]] bool AddText(std::string_view text);
+  /// Ends the element that was started last and has not ended; there must be one.
   void EndElement();
 
   /// The document, complete once every element has ended; the writer is used up then.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "VyrFiles.h"
+#include "VyrWithinMemory.h"
 #include "VyrXMLNameIndex.h"
 #include "VyrXMLReader.h"
 #include "VyrXPathExpression.h"
@@ -55,9 +56,9 @@ class DOMDocumentBuilder final : public VyrImplements<VyrIXMLDOMDocumentBuilder>
 
   HRESULT BuildFromFile(VyrUnicodeView path, VyrIDOMDocument_var& document) override {
     std::string content;
-    const std::string problem = VyrReadFile(path, content);
+    std::string problem = VyrReadFile(path, content);
     if (problem.empty()) return Build(content, nullptr, document);
-    problem_ = {0, problem};
+    problem_ = {0, std::move(problem)};
     return E_FAIL;
   }
 
@@ -69,10 +70,12 @@ class DOMDocumentBuilder final : public VyrImplements<VyrIXMLDOMDocumentBuilder>
 
  private:
   HRESULT Build(std::string_view text, const char* encoding, VyrIDOMDocument_var& document) {
-    VyrXMLTree tree;
-    if (!VyrReadXML(text, encoding, tree, problem_)) return E_FAIL;
-    document = new VyrDOMDocument(std::move(tree));
-    return S_OK;
+    return VyrWithinMemory(problem_, [&] {
+      VyrXMLTree tree;
+      if (!VyrReadXML(text, encoding, tree, problem_)) return E_FAIL;
+      document = new VyrDOMDocument(std::move(tree));
+      return S_OK;
+    });
   }
 
   VyrProblem problem_;

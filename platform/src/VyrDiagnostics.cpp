@@ -34,11 +34,6 @@ void Send(const VyrDiagnosticSinks::Sink& sink, std::string_view text) {
   }
 }
 
-/// Text of at most `size` bytes, never half a character: the report must stay readable as UTF-8.
-std::string Limited(std::string_view text, std::size_t size) {
-  return std::string(VyrCutUtf8(text, size));
-}
-
 }  // namespace
 
 VyrDiagnosticSinks VyrSetDiagnosticSinks(VyrDiagnosticSinks sinks) {
@@ -83,8 +78,12 @@ void VyrTraceOutput(std::string_view text) {
 void VyrSourceUnit::Report(const char* kind, std::string_view message,
                            std::source_location where) const {
   char text[287];
-  std::snprintf(text, sizeof text, ">> ASSERTION FAILED %.32s: %.40s [File: %.128s:%4d].<<\n", kind,
-                Limited(message, 40).c_str(), name_, static_cast<int>(where.line()));
+  // Never half a character: the report must stay readable as UTF-8. No memory is asked for here: a
+  // check may fail because there is none left.
+  const std::string_view limited = VyrCutUtf8(message, 40);
+  std::snprintf(text, sizeof text, ">> ASSERTION FAILED %.32s: %.*s [File: %.128s:%4d].<<\n", kind,
+                static_cast<int>(limited.size()), limited.data(), name_,
+                static_cast<int>(where.line()));
   if (VyrDevelopmentStage()) {
     Send(Sinks().print, text);
     VyrSysLogAbend(text);

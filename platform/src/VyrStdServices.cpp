@@ -13,6 +13,7 @@
 #include "VyrEnvironment.h"
 #include "VyrFiles.h"
 #include "VyrShippedStandards.h"
+#include "VyrSystemText.h"
 #include "VyrUtf8.h"
 
 namespace {
@@ -140,7 +141,7 @@ VyrListValVyrUnicodeString* VyrStdServices::GetStandardFiles(const char* type) {
     errno = 0;
     const bool isRead = VyrListDirectory(full.string(), entries);
     if (const int reason = errno; !isRead && reason != ENOENT) {
-      Report(folder, std::string("cannot be read: ") + std::strerror(reason));
+      Report(folder, std::string("cannot be read: ") + VyrSystemText(reason));
     }
     for (const std::string& entry : entries) {
       const std::string_view name = StandardNameOf(entry);

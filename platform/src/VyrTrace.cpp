@@ -1,5 +1,7 @@
 #include "VyrTrace.h"
 
+#include <locale.h>
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
@@ -38,8 +40,29 @@ std::string VyrTrace::Indentation() {
   return std::string(static_cast<std::size_t>(Depth()) * kBlanksPerBlock, ' ');
 }
 
+namespace {
+
+/// While it lives, this thread writes numbers as every file has them, whatever the host's locale.
+class PlainNumbers {
+ public:
+  PlainNumbers() : before_(::uselocale(Plain())) {}
+  PlainNumbers(const PlainNumbers&) = delete;
+  PlainNumbers& operator=(const PlainNumbers&) = delete;
+  ~PlainNumbers() { ::uselocale(before_); }
+
+ private:
+  static locale_t Plain() {
+    static const locale_t plain = ::newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
+    return plain;
+  }
+  locale_t before_;
+};
+
+}  // namespace
+
 void VyrTrace::Print(const char* format, ...) {
   if (!IsOn()) return;
+  const PlainNumbers plain;
   std::va_list arguments;
   va_start(arguments, format);
   std::va_list again;

@@ -5,23 +5,66 @@
 #include <libxml/parserInternals.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "VyrQuietXML.h"
+#include "VyrShownText.h"
 #include "VyrUtf8.h"
+#include "VyrWithinMemory.h"
+#include "VyrXMLEncoding.h"
+#include "VyrXMLMarkupLimits.h"
 #include "VyrXMLTreeBuilder.h"
 
 namespace {
 
-// Replaced entity text may add this much, plus this many times the document's own size. A real
-// standard uses entities for a few symbols; more is an attack on memory.
+// Replaced entity text may add this much, plus the document's own size. A real standard uses
+// entities for a few symbols; more is an attack on memory.
 constexpr std::size_t kFreeExpansion = std::size_t{1} << 20;
-constexpr std::size_t kExpansionFactor = 8;
 constexpr const char* kOutOfProportion =
     " expands out of proportion to the file; write the text out";
+
+// The parser looks through lists of these, so that without a limit its time would grow with their
+// square. A standard has one namespace and a dozen names.
+constexpr std::size_t kMostNamespacesInScope = 256;
+constexpr int kMostNames = 1 << 16;
+constexpr std::size_t kMostOfNamespaceName = 4096;  // bytes
+constexpr std::size_t kMostParameterText = kMostXMLDeclarations;
+constexpr int kMostDefaults = 256;
+
+/// What would be right, by the parser's error.
+struct Remedy {
+  int error;
+  const char* text;
+};
+
+constexpr const char* kTakeWholeFile = "the text breaks off there; take a complete copy of it";
+constexpr std::array<Remedy, 12> kRemedies = {{
+    {XML_ERR_TAG_NOT_FINISHED, kTakeWholeFile},
+    {XML_ERR_TAG_NAME_MISMATCH, "close every element with an end tag of its own name"},
+    {XML_ERR_DOCUMENT_EMPTY, "a standard begins with a std:node element"},
+    {XML_ERR_DOCUMENT_END, "nothing may follow the document element"},
+    {XML_ERR_INVALID_CHAR, "leave the character out, no XML text may hold it"},
+    {XML_ERR_UNDECLARED_ENTITY, "write the character itself, or declare the entity"},
+    {XML_ERR_ATTRIBUTE_REDEFINED, "give an attribute once"},
+    {XML_ERR_ATTRIBUTE_NOT_STARTED, "put the value between quotes"},
+    {XML_ERR_LT_IN_ATTRIBUTE, "write '<' as &lt; in a value"},
+    {XML_ERR_MISPLACED_CDATA_END, "write ']]>' as ]]&gt; in a text"},
+    {XML_ERR_RESERVED_XML_NAME, "the declaration <?xml ...?> begins the file and stands once"},
+    {XML_NS_ERR_UNDEFINED_NAMESPACE, "declare the prefix with xmlns on an element around it"},
+}};
+
+std::string_view RemedyOf(int error) {
+  const auto found = std::find_if(kRemedies.begin(), kRemedies.end(),
+                                  [=](const Remedy& remedy) { return remedy.error == error; });
+  return found == kRemedies.end() ? std::string_view() : found->text;
+}
 
 struct ContextDeleter {
   void operator()(xmlParserCtxt* context) const {
@@ -48,123 +91,196 @@ class Reader {
   Reader(xmlParserCtxt* context, VyrXMLTree& tree, std::size_t documentSize, VyrProblem& problem)
       : context_(context),
         builder_(tree, documentSize),
-        expansionLeft_(kFreeExpansion + kExpansionFactor * documentSize),
+        expansionLeft_(kFreeExpansion + documentSize),
         problem_(problem) {
     InstallHandlers();
   }
 
   bool Finish(bool isWellFormed) {
-    // The parser takes a zero byte, and half a character at the end, for the end of the document.
-    if (isWellFormed && !IsAllRead()) {
-      Refuse(Line(), "not well-formed XML: cut off by a zero byte or by half a character");
-    }
-    if (isWellFormed && problem_.IsEmpty()) {
-      builder_.EndDocument();
-      return true;
-    }
-    if (problem_.IsEmpty()) {
-      problem_ = {1, "not an XML document; a standard begins with a std:node element"};
-    }
-    return false;
+    if (!problem_.IsEmpty()) return false;
+    StopWhenTooLarge();
+    // Of a fault the parser tells, but not of memory that it lacks to begin with.
+    if (!isWellFormed && problem_.IsEmpty()) RefuseForMemory();
+    if (problem_.IsEmpty()) builder_.EndDocument();
+    return problem_.IsEmpty();
   }
 
  private:
-  static Reader& Of(void* self) { return *static_cast<Reader*>(self); }
+  /// Every event comes through here. After a refusal none is heard any more: inside an entity the
+  /// parser goes on to the entity's end, whatever it was told, and would end elements that were
+  /// never started. No exception may pass through the parser, which is written in C.
+  template <auto Event, class Result, class... Arguments>
+  static Result On(void* self, Arguments... arguments) {
+    Reader& reader = *static_cast<Reader*>(self);
+    if (!reader.problem_.IsEmpty()) return Result();
+    return VyrWithinMemory([&] { return (reader.*Event)(arguments...); },
+                           [&] {
+                             reader.RefuseForMemory();
+                             return Result();
+                           });
+  }
 
   void InstallHandlers() {
     xmlSAXHandler& sax = *context_->sax;
     std::memset(&sax, 0, sizeof sax);
     sax.initialized = XML_SAX2_MAGIC;
-    // The library keeps declared entities in its own document; it asks for one by these calls.
-    sax.startDocument = [](void* self) { xmlSAX2StartDocument(Of(self).context_); };
-    sax.internalSubset = [](void* self, const xmlChar* name, const xmlChar* publicId,
-                            const xmlChar* systemId) {
-      xmlSAX2InternalSubset(Of(self).context_, name, publicId, systemId);
+    sax.startDocument = On<&Reader::StartDocument>;
+    sax.internalSubset = On<&Reader::StartDeclarations>;
+    sax.entityDecl = On<&Reader::DeclareEntity>;
+    sax.attributeDecl = [](void* self, const xmlChar*, const xmlChar* name, int, int,
+                           const xmlChar* value, xmlEnumeration* literals) {
+      xmlFreeEnumeration(literals);
+      On<&Reader::DeclareAttribute, void>(self, name, value);
     };
-    sax.entityDecl = [](void* self, const xmlChar* name, int type, const xmlChar* publicId,
-                        const xmlChar* systemId, xmlChar* content) {
-      xmlSAX2EntityDecl(Of(self).context_, name, type, publicId, systemId, content);
-    };
-    sax.getEntity = [](void* self, const xmlChar* name) {
-      return Of(self).Admit(xmlSAX2GetEntity(Of(self).context_, name));
-    };
-    sax.getParameterEntity = [](void* self, const xmlChar* name) {
-      return Of(self).Admit(xmlSAX2GetParameterEntity(Of(self).context_, name));
-    };
-    sax.startElementNs = OnStartElement;
-    sax.endElementNs = [](void* self, const xmlChar*, const xmlChar*, const xmlChar*) {
-      Of(self).builder_.EndElement();
-    };
-    sax.characters = [](void* self, const xmlChar* text, int size) {
-      Of(self).builder_.AddText(View(text, size), Of(self).Line());
-      Of(self).StopWhenTooLarge();
-    };
+    sax.getEntity = On<&Reader::GetEntity>;
+    sax.getParameterEntity = On<&Reader::GetParameterEntity>;
+    sax.startElementNs = On<&Reader::StartElement>;
+    sax.endElementNs = On<&Reader::EndElement>;
+    sax.characters = On<&Reader::AddText>;
     sax.ignorableWhitespace = sax.characters;
-    sax.cdataBlock = [](void* self, const xmlChar* text, int size) {
-      Of(self).builder_.AddLeaf(VyrXMLTree::Kind::CData, View(text, size), Of(self).Line());
-      Of(self).StopWhenTooLarge();
-    };
-    sax.comment = [](void* self, const xmlChar* text) {
-      Of(self).builder_.AddLeaf(VyrXMLTree::Kind::Comment, View(text), Of(self).Line());
-    };
-    sax.processingInstruction = [](void* self, const xmlChar* target, const xmlChar* text) {
-      // The target is not interned by the parser; a copy in its dictionary makes it so.
-      const xmlChar* unique = xmlDictLookup(Of(self).context_->dict, target, -1);
-      Of(self).builder_.AddProcessingInstruction({Narrow(unique), nullptr, nullptr}, View(text),
-                                                 Of(self).Line());
-    };
-    sax.serror = OnError;
+    sax.cdataBlock = On<&Reader::AddCData>;
+    sax.comment = On<&Reader::AddComment>;
+    sax.processingInstruction = On<&Reader::AddInstruction>;
+    sax.serror = On<&Reader::TakeError>;
     context_->userData = this;
   }
 
-  static void OnStartElement(void* self, const xmlChar* localName, const xmlChar* prefix,
-                             const xmlChar* uri, int, const xmlChar**, int attributeCount,
-                             int defaultedCount, const xmlChar** attributes) {
-    Reader& reader = Of(self);
-    reader.builder_.StartElement({Narrow(localName), Narrow(prefix), Narrow(uri)}, reader.Line());
+  // The library keeps declared entities in its own document; it asks for one by these calls.
+  void StartDocument() { xmlSAX2StartDocument(context_); }
+
+  void StartDeclarations(const xmlChar* name, const xmlChar* publicId, const xmlChar* systemId) {
+    xmlSAX2InternalSubset(context_, name, publicId, systemId);
+  }
+
+  /// The content of an entity is parsed wherever the entity is referred to.
+  void DeclareEntity(const xmlChar* name, int type, const xmlChar* publicId,
+                     const xmlChar* systemId, xmlChar* content) {
+    if (type == XML_INTERNAL_GENERAL_ENTITY) {
+      const std::optional<VyrXMLExcess> excess = VyrFindXMLExcess(View(content));
+      if (excess) return Refuse("entity '" + VyrShownText(View(name)) + "' " + excess->text);
+    }
+    xmlSAX2EntityDecl(context_, name, type, publicId, systemId, content);
+  }
+
+  void DeclareAttribute(const xmlChar* name, const xmlChar* defaultValue) {
+    if (defaultValue == nullptr || ++defaults_ <= kMostDefaults) return;
+    Refuse("default value of attribute '" + VyrShownText(View(name)) + "' is one of more than " +
+           std::to_string(kMostDefaults) + "; write the attributes out");
+  }
+
+  xmlEntity* GetEntity(const xmlChar* name) { return Admit(xmlSAX2GetEntity(context_, name)); }
+
+  xmlEntity* GetParameterEntity(const xmlChar* name) {
+    return Admit(xmlSAX2GetParameterEntity(context_, name));
+  }
+
+  void StartElement(const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri,
+                    int namespaceCount, const xmlChar** namespaces, int attributeCount,
+                    int defaultedCount, const xmlChar** attributes) {
+    if (!EnterNamespaces({namespaces, static_cast<std::size_t>(namespaceCount) * 2})) return;
+    builder_.StartElement({Narrow(localName), Narrow(prefix), Narrow(uri)}, Line());
     for (int i = 0; i < attributeCount; ++i, attributes += 5) {
       const auto size = static_cast<int>(attributes[4] - attributes[3]);
       // Values that the type declaration adds come last; they expand the document as entities do.
       const bool isDefault = i >= attributeCount - defaultedCount;
-      if (isDefault &&
-          !reader.Spend(sizeof(VyrXMLTree::Attribute) + static_cast<std::size_t>(size))) {
-        return reader.Refuse(reader.Line(), "default value of attribute '" +
-                                                std::string(View(attributes[0])) + "'" +
-                                                kOutOfProportion);
+      if (isDefault && !Spend(sizeof(VyrXMLTree::Attribute) + static_cast<std::size_t>(size))) {
+        return Refuse("default value of attribute '" + VyrShownText(View(attributes[0])) + "'" +
+                      kOutOfProportion);
       }
-      reader.builder_.AddAttribute(
-          {Narrow(attributes[0]), Narrow(attributes[1]), Narrow(attributes[2])},
-          View(attributes[3], size));
+      builder_.AddAttribute({Narrow(attributes[0]), Narrow(attributes[1]), Narrow(attributes[2])},
+                            View(attributes[3], size));
     }
-    reader.StopWhenTooLarge();
+    StopWhenTooLarge();
   }
 
-  static void OnError(void* self, xmlError* error) {
+  void EndElement(const xmlChar*, const xmlChar*, const xmlChar*) {
+    LeaveNamespaces();
+    builder_.EndElement();
+  }
+
+  void AddText(const xmlChar* text, int size) {
+    builder_.AddText(View(text, size), Line());
+    StopWhenTooLarge();
+  }
+
+  void AddCData(const xmlChar* text, int size) {
+    AddLeaf(VyrXMLTree::Kind::CData, View(text, size));
+  }
+
+  void AddComment(const xmlChar* text) { AddLeaf(VyrXMLTree::Kind::Comment, View(text)); }
+
+  void AddLeaf(VyrXMLTree::Kind kind, std::string_view text) {
+    builder_.AddLeaf(kind, text, Line());
+    StopWhenTooLarge();
+  }
+
+  void AddInstruction(const xmlChar* target, const xmlChar* text) {
+    // The target is not interned by the parser; a copy in its dictionary makes it so.
+    const xmlChar* unique = xmlDictLookup(context_->dict, target, -1);
+    if (unique == nullptr) return RefuseForMemory();
+    builder_.AddProcessingInstruction({Narrow(unique), nullptr, nullptr}, View(text), Line());
+    StopWhenTooLarge();
+  }
+
+  void TakeError(xmlError* error) {
     // A namespace is a name like any other, whether or not it is a well-formed address.
     if (error->level < XML_ERR_ERROR || error->code == XML_WAR_NS_URI) return;
-    std::string text = error->message == nullptr ? "not well formed" : error->message;
-    while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
-    std::replace(text.begin(), text.end(), '\n', ' ');
+    // There is always a message, unless there was no memory for it.
+    if (error->code == XML_ERR_NO_MEMORY || error->message == nullptr) return RefuseForMemory();
+    std::string_view text = error->message;
+    while (text.ends_with('\n') || text.ends_with(' ')) text.remove_suffix(1);
     // The library cuts long messages anywhere, inside a character too.
-    text.resize(std::min(VyrFindInvalidUtf8(text), text.size()));
-    Reader& reader = Of(self);
-    const int line = reader.Line();
-    reader.Refuse(line == 0 ? error->line : line, "not well-formed XML: " + text);
+    text = text.substr(0, VyrFindInvalidUtf8(text));
+    std::string_view remedy = RemedyOf(error->code);
+    if (remedy.empty()) remedy = IsAtEnd() ? kTakeWholeFile : "mend the markup there";
+    const int line = Line();
+    RefuseAt(line == 0 ? error->line : line,
+             "not well-formed XML: " + VyrShownText(text) + "; " + std::string(remedy));
+  }
+
+  /// Counts the namespaces that the element to start declares: prefix and name of each. The
+  /// parser's own count is no help, it begins anew inside an entity.
+  bool EnterNamespaces(std::span<const xmlChar* const> declared) {
+    ++depth_;
+    if (declared.empty()) return true;
+    for (std::size_t i = 1; i < declared.size(); i += 2) {
+      if (View(declared[i]).size() <= kMostOfNamespaceName) continue;
+      Refuse("has a namespace name longer than " + std::to_string(kMostOfNamespaceName / 1024) +
+             " KB; that of a standard has 48 letters");
+      return false;
+    }
+    declaring_.push_back({depth_, declared.size() / 2});
+    namespacesInScope_ += declared.size() / 2;
+    if (namespacesInScope_ <= kMostNamespacesInScope) return true;
+    Refuse("has more than " + std::to_string(kMostNamespacesInScope) +
+           " namespace declarations inside each other; declare a namespace once, on the document "
+           "element");
+    return false;
+  }
+
+  void LeaveNamespaces() {
+    if (!declaring_.empty() && declaring_.back().depth == depth_) {
+      namespacesInScope_ -= declaring_.back().count;
+      declaring_.pop_back();
+    }
+    --depth_;
   }
 
   /// Lets the parser use an entity, or stops it. Asked once for every reference that is replaced,
   /// so the sum of what is admitted is what the document expands to.
   xmlEntity* Admit(xmlEntity* entity) {
     if (entity == nullptr) return nullptr;
-    const std::string name = "entity '" + std::string(View(entity->name)) + "'";
+    const auto named = [&] { return "entity '" + VyrShownText(View(entity->name)) + "'"; };
     if (entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY ||
         entity->etype == XML_EXTERNAL_GENERAL_UNPARSED_ENTITY ||
         entity->etype == XML_EXTERNAL_PARAMETER_ENTITY) {
-      Refuse(Line(), name + " lies outside the file; a standard must be complete in itself");
+      Refuse(named() + " lies outside the file; a standard must be complete in itself");
       return nullptr;
     }
-    if (!Spend(static_cast<std::size_t>(entity->length) + 1)) {
-      Refuse(Line(), name + kOutOfProportion);
+    const std::size_t expansion = static_cast<std::size_t>(entity->length) + 1;
+    const bool isParameter = entity->etype == XML_INTERNAL_PARAMETER_ENTITY;
+    if (!Spend(expansion) || (isParameter && !SpendParameterText(expansion))) {
+      Refuse(named() + kOutOfProportion);
       return nullptr;
     }
     return entity;
@@ -176,19 +292,36 @@ class Reader {
     return true;
   }
 
-  bool IsAllRead() const {
-    const xmlParserInput* input = context_->input;
-    if (input == nullptr || input->cur != input->end) return false;
-    return input->buf == nullptr || input->buf->raw == nullptr || xmlBufUse(input->buf->raw) == 0;
+  /// What parameters expand to are declarations, with their limit.
+  bool SpendParameterText(std::size_t expansion) {
+    parameterText_ += expansion;
+    return parameterText_ <= kMostParameterText;
+  }
+
+  bool IsAtEnd() const {
+    return context_->inputNr > 0 && context_->inputTab[0]->cur >= context_->inputTab[0]->end;
   }
 
   void StopWhenTooLarge() {
-    if (!builder_.FitsInTree()) Refuse(Line(), "larger than 4 GB of text; split the standard");
+    if (!builder_.FitsInTree()) Refuse("larger than 4 GB of text; split the standard");
+    if (xmlDictSize(context_->dict) > kMostNames) {
+      Refuse("has more than " + std::to_string(kMostNames) +
+             " different element and attribute names; the names in a standard are those of its "
+             "format");
+    }
   }
 
-  void Refuse(int line, std::string text) {
+  void Refuse(std::string text) { RefuseAt(Line(), std::move(text)); }
+
+  void RefuseAt(int line, std::string text) {
     if (!problem_.IsEmpty()) return;
     problem_ = {line, std::move(text)};
+    xmlStopParser(context_);
+  }
+
+  void RefuseForMemory() {
+    problem_.line = 0;
+    VyrSayOutOfMemory(problem_.text);
     xmlStopParser(context_);
   }
 
@@ -198,32 +331,59 @@ class Reader {
   xmlParserCtxt* context_;
   VyrXMLTreeBuilder builder_;
   std::size_t expansionLeft_;
+  std::size_t parameterText_ = 0;
+  int defaults_ = 0;
+  std::size_t depth_ = 0;
+  /// The open elements that declare namespaces, and how many.
+  struct Declaring {
+    std::size_t depth;
+    std::size_t count;
+  };
+  std::vector<Declaring> declaring_;
+  std::size_t namespacesInScope_ = 0;
   VyrProblem& problem_;
 };
+
+bool Parse(std::string_view utf8, VyrXMLTree& tree, VyrProblem& problem) {
+  xmlInitParser();
+  const VyrQuietXML quiet;
+  const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
+  if (context == nullptr) throw std::bad_alloc();
+  Reader reader(context.get(), tree, utf8.size(), problem);
+  constexpr int options = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC;
+  xmlDoc* declarations = xmlCtxtReadMemory(
+      context.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr, "UTF-8", options);
+  const bool isWellFormed = declarations != nullptr;
+  if (declarations != nullptr) xmlFreeDoc(declarations);
+  return reader.Finish(isWellFormed);
+}
+
+bool Read(std::string_view document, const char* encoding, VyrXMLTree& tree, VyrProblem& problem) {
+  if (document.empty()) {
+    problem = {1, "empty; a standard begins with a std:node element"};
+    return false;
+  }
+  std::string converted;
+  std::string_view utf8;
+  if (!VyrDecodeXMLText(document, encoding, converted, utf8, problem)) return false;
+  if (utf8.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    problem = {1, "larger than 2 GB; split the standard"};
+    return false;
+  }
+  if (const std::optional<VyrXMLExcess> excess = VyrFindXMLExcess(utf8)) {
+    const std::string_view before = utf8.substr(0, excess->place);
+    problem = {static_cast<int>(std::count(before.begin(), before.end(), '\n')) + 1, excess->text};
+    return false;
+  }
+  return Parse(utf8, tree, problem);
+}
 
 }  // namespace
 
 bool VyrReadXML(std::string_view document, const char* encoding, VyrXMLTree& tree,
                 VyrProblem& problem) {
   problem = {};
-  if (document.empty()) {
-    problem = {1, "empty; a standard begins with a std:node element"};
-    return false;
-  }
-  if (document.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-    problem = {0, "larger than 2 GB; split the standard"};
-    return false;
-  }
-  xmlInitParser();
-  const VyrQuietXML quiet;
-  const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
-  Reader reader(context.get(), tree, document.size(), problem);
-  const int options = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_HUGE |
-                      (encoding == nullptr ? 0 : XML_PARSE_IGNORE_ENC);
-  xmlDoc* declarations =
-      xmlCtxtReadMemory(context.get(), document.data(), static_cast<int>(document.size()), nullptr,
-                        encoding, options);
-  const bool isWellFormed = declarations != nullptr;
-  if (declarations != nullptr) xmlFreeDoc(declarations);
-  return reader.Finish(isWellFormed);
+  const HRESULT result = VyrWithinMemory(
+      problem, [&] { return Read(document, encoding, tree, problem) ? S_OK : E_FAIL; });
+  return VyrSucceeded(result);
 }

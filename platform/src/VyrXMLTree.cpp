@@ -1,7 +1,5 @@
 #include "VyrXMLTree.h"
 
-#include <limits>
-
 #include "VyrXMLTreeBuilder.h"
 
 VyrXMLTree::VyrXMLTree() {
@@ -15,7 +13,9 @@ VyrXMLTree::Index VyrXMLTree::GetDocumentElement() const {
   return child;
 }
 
-VyrXMLTreeBuilder::VyrXMLTreeBuilder(VyrXMLTree& tree, std::size_t documentSize) : tree_(tree) {
+VyrXMLTreeBuilder::VyrXMLTreeBuilder(VyrXMLTree& tree, std::size_t documentSize,
+                                     std::size_t mostText)
+    : tree_(tree), mostText_(mostText) {
   // What standards come to: an item every 16 bytes, an attribute every 64, half of it text. Memory
   // that is reserved too much is never touched.
   tree.items_.reserve(documentSize / 16);
@@ -24,10 +24,13 @@ VyrXMLTreeBuilder::VyrXMLTreeBuilder(VyrXMLTree& tree, std::size_t documentSize)
 }
 
 std::size_t VyrXMLTreeBuilder::NameKeyHash::operator()(const NameKey& key) const {
-  const auto local = reinterpret_cast<std::uintptr_t>(key.localName);
-  const auto prefix = reinterpret_cast<std::uintptr_t>(key.prefix);
-  const auto uri = reinterpret_cast<std::uintptr_t>(key.namespaceURI);
-  return ((local * 31 + prefix) * 31 + uri) * 0x9E3779B97F4A7C15u >> 8;
+  // Mixed part by part: who writes a file has a say in how far apart its names are stored.
+  std::uint64_t hash = 0;
+  for (const char* part : {key.localName, key.prefix, key.namespaceURI}) {
+    hash = (hash ^ reinterpret_cast<std::uintptr_t>(part)) * 0x9E3779B97F4A7C15u;
+    hash ^= hash >> 29;
+  }
+  return hash;
 }
 
 std::uint32_t VyrXMLTreeBuilder::NameId(const NameKey& key) {
@@ -37,14 +40,20 @@ std::uint32_t VyrXMLTreeBuilder::NameId(const NameKey& key) {
     const auto text = [](const char* part) { return std::string(part == nullptr ? "" : part); };
     const std::string qualified =
         key.prefix == nullptr ? text(key.localName) : text(key.prefix) + ":" + key.localName;
-    tree_.names_.push_back({text(key.namespaceURI), text(key.localName), qualified});
+    tree_.names_.push_back({StoreNamespace(key.namespaceURI), text(key.localName), qualified});
   }
   return entry->second;
 }
 
+std::string_view VyrXMLTreeBuilder::StoreNamespace(const char* name) {
+  if (name == nullptr) return {};
+  const auto [entry, isNew] = namespaces_.try_emplace(name);
+  if (isNew) entry->second = tree_.namespaces_.emplace_back(name);
+  return entry->second;
+}
+
 std::uint32_t VyrXMLTreeBuilder::StoreText(std::string_view text) {
-  constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
-  if (tree_.text_.size() + text.size() > most) {
+  if (tree_.text_.size() + text.size() > mostText_) {
     fits_ = false;
     return 0;
   }
@@ -72,6 +81,7 @@ void VyrXMLTreeBuilder::AddAttribute(const NameKey& name, std::string_view value
 }
 
 void VyrXMLTreeBuilder::EndElement() {
+  if (parent_ == VyrXMLTree::kDocument) return;
   tree_.items_[parent_].end = tree_.GetCount();
   parent_ = tree_.items_[parent_].parent;
 }

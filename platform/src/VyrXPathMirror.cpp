@@ -100,8 +100,9 @@ class MirrorBuilder {
     if (name.namespaceURI.empty()) return nullptr;
     const std::size_t prefixSize = name.qualifiedName.size() - name.localName.size();
     const std::string prefix(name.qualifiedName, 0, prefixSize == 0 ? 0 : prefixSize - 1);
-    xmlNs*& known = namespaces_[{prefix, name.namespaceURI}];
-    if (known == nullptr) known = AddNamespace(prefix, name.namespaceURI);
+    const std::string uri(name.namespaceURI);
+    xmlNs*& known = namespaces_[{prefix, uri}];
+    if (known == nullptr) known = AddNamespace(prefix, uri);
     return known;
   }
 

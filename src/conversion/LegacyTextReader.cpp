@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "DecimalInteger.h"
+#include "VyrShownText.h"
 #include "VyrUtf8.h"
 #include "VyrXMLWriter.h"
 
@@ -26,7 +27,7 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 std::string Quoted(std::string_view text) {
-  return "'" + std::string(text) + "'";
+  return "'" + VyrShownText(text) + "'";
 }
 
 bool IsInteger(std::string_view text) {
@@ -98,10 +99,13 @@ bool LegacyTextReader::Fail(int line, std::string text) {
 }
 
 bool LegacyTextReader::Read(std::string_view text) {
-  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  const std::size_t markSize = text.starts_with(mark) ? mark.size() : 0;
+  text.remove_prefix(markSize);
   if (const std::size_t invalid = VyrFindInvalidUtf8(text); invalid != std::string_view::npos) {
-    return Fail(CountLines(text.substr(0, invalid)),
-                "not UTF-8 text; convert the file to UTF-8 first");
+    return Fail(CountLines(text.substr(0, invalid)), "is not valid UTF-8 at byte " +
+                                                         std::to_string(markSize + invalid + 1) +
+                                                         "; save it as UTF-8");
   }
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());

@@ -7,6 +7,7 @@
 #include "VyrDrwParseStandard.h"
 #include "VyrDrwParseStandardUnit.h"
 #include "VyrFiles.h"
+#include "VyrWithinMemory.h"
 
 // Brings what was read to a format version and saves it.
 
@@ -21,9 +22,12 @@ constexpr int kLatestVersion = -1;
 
 void VyrDrwParseStandard::Encode(const char* outputDirectory, VyrString& outputPath,
                                  VyrDrwParseStandardUpgradeOptions& options) {
-  outputPath = VyrString();
-  CreateOutput(outputDirectory, outputPath);
-  EncodeToVersion(kLatestVersion, options, outputPath.CString());
+  static_cast<void>(VyrWithinMemory(problem_, [&] {
+    outputPath = VyrString();
+    CreateOutput(outputDirectory, outputPath);
+    EncodeToVersion(kLatestVersion, options, outputPath.CString());
+    return S_OK;
+  }));
 }
 
 void VyrDrwParseStandard::CreateOutput(const char* outputDirectory, VyrString& outputPath) const {
@@ -43,7 +47,8 @@ void VyrDrwParseStandard::EncodeToVersion(int targetVersion,
   if (decoded_ == 0) return;
   // Whatever the upgrade could not do, what was read is saved.
   static_cast<void>(Upgrade(targetVersion, options));
-  static_cast<void>(SaveToFile(path));
+  const VyrProblem problem = problem_;
+  if (VyrSucceeded(SaveToFile(path))) problem_ = problem;
 }
 
 HRESULT VyrDrwParseStandard::EncodeToFile(const char* path, int targetVersion,
@@ -55,22 +60,32 @@ HRESULT VyrDrwParseStandard::EncodeToFile(const char* path, int targetVersion,
 HRESULT VyrDrwParseStandard::Upgrade(int targetVersion, VyrDrwParseStandardUpgradeOptions& options,
                                      const StepObserver& afterStep) {
   if (decoded_ == 0) {
-    if (problem_.IsEmpty()) problem_ = {0, "no standard was read; there is nothing to write"};
-    return E_FAIL;
+    return VyrWithinMemory(problem_, [this] {
+      if (problem_.IsEmpty()) problem_ = {0, "no standard was read; there is nothing to write"};
+      return E_FAIL;
+    });
   }
   problem_ = {};
-  if (UpgradeVersion(targetVersion, options, afterStep)) return S_OK;
-  if (problem_.IsEmpty()) problem_ = {0, "the version that the upgrade starts from cannot be told"};
-  return E_UNEXPECTED;
+  const auto upgrade = [&] {
+    if (UpgradeVersion(targetVersion, options, afterStep)) return S_OK;
+    if (problem_.IsEmpty()) {
+      problem_ = {0, "the version that the upgrade starts from cannot be told"};
+    }
+    return E_UNEXPECTED;
+  };
+  return VyrWithinMemory(upgrade, [this] { return RefuseForMemory(); });
 }
 
 HRESULT VyrDrwParseStandard::SaveToFile(const char* path) {
-  if (!kParseStandardUnit.CheckPointer(document_.get())) return E_UNEXPECTED;
-  const HRESULT result = document_->SaveInFile(path);
-  if (!kParseStandardUnit.Check(VyrSucceeded(result), "Saved failed")) {
-    problem_ = document_->GetProblem();
-  }
-  return result;
+  // What could not be saved for want of memory may be, later.
+  return VyrWithinMemory(problem_, [&] {
+    if (!kParseStandardUnit.CheckPointer(document_.get())) return E_UNEXPECTED;
+    const HRESULT result = document_->SaveInFile(path);
+    problem_ = kParseStandardUnit.Check(VyrSucceeded(result), "Saved failed")
+                   ? VyrProblem{}
+                   : document_->GetProblem();
+    return result;
+  });
 }
 
 /// False when the chain could not be begun.

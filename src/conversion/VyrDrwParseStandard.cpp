@@ -6,6 +6,7 @@
 #include "VyrDrwParseParameter.h"
 #include "VyrDrwParseStandardUnit.h"
 #include "VyrFiles.h"
+#include "VyrWithinMemory.h"
 
 // Reading a standard and telling what it is.
 
@@ -14,6 +15,32 @@ VyrDrwParseStandard::VyrDrwParseStandard(const VyrUnicodeString& fileName) : fil
 VyrDrwParseStandard::~VyrDrwParseStandard() = default;
 
 void VyrDrwParseStandard::Decode() {
+  static_cast<void>(VyrWithinMemory(
+      [this] {
+        DecodeXML();
+        return S_OK;
+      },
+      [this] { return RefuseForMemory(); }));
+}
+
+HRESULT VyrDrwParseStandard::DecodeText() {
+  return VyrWithinMemory([this] { return DecodeParameters(); },
+                         [this] { return RefuseForMemory(); });
+}
+
+/// Of work that memory ran out for, nothing is left to be converted or saved.
+HRESULT VyrDrwParseStandard::RefuseForMemory() {
+  document_.reset();
+  parameters_.clear();
+  decoded_ = 0;
+  version_ = 0;
+  parentStandard_ = {};
+  problem_.line = 0;
+  VyrSayOutOfMemory(problem_.text);
+  return E_FAIL;
+}
+
+void VyrDrwParseStandard::DecodeXML() {
   if (decoded_ != 0 || fileName_.IsEmpty()) return;
   if (!kParseStandardUnit.Check(document_ == nullptr, "a document is already there")) return;
   problem_ = {};
@@ -30,7 +57,7 @@ void VyrDrwParseStandard::Decode() {
                           document_->GetValueWithPath("Root.Dimension.TXTDatumMode"));
 }
 
-HRESULT VyrDrwParseStandard::DecodeText() {
+HRESULT VyrDrwParseStandard::DecodeParameters() {
   if (!kParseStandardUnit.Check(decoded_ == 0 && document_ == nullptr, "already decoded")) {
     return E_UNEXPECTED;
   }

@@ -17,6 +17,9 @@ struct VyrAnnStandardXMLNode::Indexes {
   /// Below this a scan is as fast as a hash and costs no memory.
   static constexpr std::size_t kWide = 64;
 
+  std::size_t leadingHoles = 0;  // null elements before the first child
+  std::size_t firstHole = 0;     // no null element stands before it
+  std::size_t searched = 0;      // places looked at since every child last knew its own
   FirstMatchIndex<VyrAnnStandardXMLNode, NodeNameOf, true> nodesByName;
   FirstMatchIndex<VyrAnnStandardXMLValue, ValueNameOf, false> valuesByName;
   FirstMatchIndex<VyrAnnStandardXMLValue, ValueTextOf, true> valuesByText;

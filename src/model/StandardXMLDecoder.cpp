@@ -5,6 +5,8 @@
 #include "StandardXMLFormat.h"
 #include "VyrAnnStandardXMLParserDOMCodecUnit.h"
 #include "VyrDftXMLNodeID.h"
+#include "VyrShownText.h"
+#include "VyrUtf8.h"
 
 namespace {
 
@@ -16,7 +18,25 @@ constexpr std::uint32_t kNoName = ~std::uint32_t{0};
 
 /// How a message to the user calls an element.
 std::string Described(const Tree& tree, Tree::Index element) {
-  return "<" + tree.GetName(tree.GetNameId(element)).qualifiedName + ">";
+  return "<" + VyrShownText(tree.GetName(tree.GetNameId(element)).qualifiedName) + ">";
+}
+
+std::string Quoted(std::string_view name) {
+  return "'" + VyrShownText(name) + "'";
+}
+
+/// What may stand in the element of a node, for messages.
+const char* ContentOf(Node::Type type) {
+  switch (type) {
+    case Node::NodeTop:
+      return "std:enumdef, std:typedef or std:node";
+    case Node::NodeEnum:
+      return "std:strval";
+    case Node::NodeTypeDef:
+      return "std:strval, std:intval, std:floatval or std:enumval";
+    default:
+      return "std:node, std:typeval, std:typedef or a value";
+  }
 }
 
 }  // namespace
@@ -52,6 +72,7 @@ StandardXMLDecoder::Meaning StandardXMLDecoder::MeaningOf(const Tree::Name& name
 HRESULT StandardXMLDecoder::Decode(const StandardTops& tops) {
   const Index root = tree_.GetDocumentElement();
   if (!kXMLCodecUnit.Check(root != Tree::kNone, "a document without an element")) {
+    problem_ = {1, "holds no element; a standard begins with a std:node element"};
     return E_UNEXPECTED;
   }
   if (!CheckDocumentElement(root)) return E_FAIL;
@@ -189,8 +210,8 @@ VyrAnnStandardXMLNode_var StandardXMLDecoder::BuildEnum(Index element) {
   if (!AddValuesOnly(element, *node)) return {};
   if (node->GetNumOfValue() == 0) {
     kXMLCodecUnit.Raise("Enumdef node empty!");
-    problem_ = {tree_.GetLine(element), "enumeration '" + std::string(node->GetNodeName().View()) +
-                                            "' is empty; it needs at least one std:strval"};
+    problem_ = {tree_.GetLine(element), "enumeration " + Quoted(node->GetNodeName().View()) +
+                                            " is empty; it needs at least one std:strval"};
     return {};
   }
   TraceBuilt("%sBuilding enumdef %s (%d values)\n", element, *node);
@@ -202,8 +223,8 @@ VyrAnnStandardXMLNode_var StandardXMLDecoder::BuildTypeDef(Index element) {
   if (!AddValuesOnly(element, *node)) return {};
   if (node->GetNumOfValue() == 0) {
     kXMLCodecUnit.Raise("Typedef node empty!");
-    problem_ = {tree_.GetLine(element), "type '" + std::string(node->GetNodeName().View()) +
-                                            "' is empty; it needs at least one field"};
+    problem_ = {tree_.GetLine(element), "type " + Quoted(node->GetNodeName().View()) +
+                                            " is empty; it needs at least one field"};
     return {};
   }
   TraceBuilt("%sBuilding typedef %s (%d values)\n", element, *node);
@@ -266,9 +287,11 @@ void StandardXMLDecoder::RefuseElement(const char* format, Index element, Index 
                 Location(parent).c_str());
   }
   kXMLCodecUnit.Raise("Invalid node");
-  problem_ = {tree_.GetLine(element), Described(tree_, element) + " cannot stand in " +
-                                          Described(tree_, parent) + " '" +
-                                          std::string(AttributeOf(parent, nameAttribute_)) + "'"};
+  const bool isTop = tree_.GetParent(parent) == Tree::kDocument;
+  problem_ = {tree_.GetLine(element),
+              Described(tree_, element) + " cannot stand in " + Described(tree_, parent) + " " +
+                  Quoted(AttributeOf(parent, nameAttribute_)) + "; expected is " +
+                  ContentOf(isTop ? Node::NodeTop : MeaningOf(parent).nodeType)};
 }
 
 void StandardXMLDecoder::TraceBuilt(const char* format, Index element, const Node& node) {
@@ -283,16 +306,18 @@ std::string StandardXMLDecoder::Identifier(Index element) const {
   return VyrDftXMLNodeID(name.namespaceURI, name.localName).ToString().CString();
 }
 
-/// Where an element stands: identifier and name of each element from the outermost down to it.
+/// Where an element stands: identifier and name of each element from the outermost down to it. Of
+/// what is longer than a line the outer part is left out: a file may be as deep as it is long.
 std::string StandardXMLDecoder::Location(Index element) const {
-  std::vector<Index> ancestors;
-  for (; element != Tree::kDocument; element = tree_.GetParent(element)) {
-    ancestors.push_back(element);
+  constexpr std::size_t mostShown = 4096;
+  std::vector<std::string> levels;
+  std::size_t size = 0;
+  for (; element != Tree::kDocument && size < mostShown; element = tree_.GetParent(element)) {
+    levels.push_back("/" + Identifier(element) + " ");
+    levels.back().append(VyrCutUtf8(AttributeOf(element, nameAttribute_), mostShown));
+    size += levels.back().size();
   }
-  std::string location;
-  for (auto it = ancestors.rbegin(); it != ancestors.rend(); ++it) {
-    location.append("/").append(Identifier(*it)).append(" ");
-    location.append(AttributeOf(*it, nameAttribute_));
-  }
+  std::string location = element == Tree::kDocument ? "" : "...";
+  for (auto it = levels.rbegin(); it != levels.rend(); ++it) location.append(*it);
   return location;
 }

@@ -4,6 +4,7 @@
 
 #include "StandardXMLFormat.h"
 #include "VyrAnnStandardXMLParserDOMCodecUnit.h"
+#include "VyrShownText.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ const Element* ElementFor(const std::array<Element, count>& elements, Type type)
 }
 
 std::string Quoted(const VyrUnicodeString& name) {
-  return "'" + std::string(name.View()) + "'";
+  return "'" + VyrShownText(name.View()) + "'";
 }
 
 }  // namespace
@@ -134,5 +135,5 @@ std::string StandardXMLEncoder::Path() const {
     if (!path.empty()) path += '.';
     path += open.node->GetNodeName().View();
   }
-  return path;
+  return VyrShownText(path);
 }

@@ -1,13 +1,19 @@
 #include "VyrAnnStandardXMLNode.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <limits>
+#include <optional>
 #include <utility>
 
 #include "NodeIndexes.h"
 #include "VyrAnnStandardXMLUnit.h"
 
 namespace {
+
+/// Of a node that lists hold so many times, or more, the number is not kept.
+constexpr std::uint16_t kListedOften = std::numeric_limits<std::uint16_t>::max();
 
 /// Inserts by the index rule of the lists; false when the index was refused.
 template <class Item>
@@ -31,11 +37,11 @@ std::size_t PlaceOf(const std::vector<VyrVar<Item>>& list, int index) {
   return index < 0 ? list.size() - 1 : static_cast<std::size_t>(index);
 }
 
-template <class Item>
-Item* ElementAt(const std::vector<VyrVar<Item>>& list, int index) {
-  const std::size_t place = index < 0 ? list.size() - 1 : static_cast<std::size_t>(index);
-  if (!kXMLClassUnit.Check(place < list.size(), "index past the last element")) return nullptr;
-  return list[place].NewReference();
+/// The element that an index of a list of `count` means; nothing, reported, past the end.
+std::optional<std::size_t> ElementIndex(int index, std::size_t count) {
+  const std::size_t element = index < 0 ? count - 1 : static_cast<std::size_t>(index);
+  if (!kXMLClassUnit.Check(element < count, "index past the last element")) return std::nullopt;
+  return element;
 }
 
 }  // namespace
@@ -50,7 +56,7 @@ VyrAnnStandardXMLNode::~VyrAnnStandardXMLNode() {
   while (!dying.empty()) {
     const VyrAnnStandardXMLNode_var node = std::move(dying.back());
     dying.pop_back();
-    if (!node->IsOnlyReference()) continue;
+    if (!node || !node->IsOnlyReference()) continue;
     std::move(node->nodes_.begin(), node->nodes_.end(), std::back_inserter(dying));
     node->nodes_.clear();
   }
@@ -66,9 +72,25 @@ VyrAnnStandardXMLNode::Indexes& VyrAnnStandardXMLNode::WideIndexes() const {
   return *indexes_;
 }
 
+/// A child that a list has already held may be held by this one.
+void VyrAnnStandardXMLNode::CountListing(VyrAnnStandardXMLNode& child) {
+  if (child.timesListed_ != 0 && repeats_ == Repeats::None) repeats_ = Repeats::Possible;
+  if (child.timesListed_ != kListedOften) ++child.timesListed_;
+}
+
+void VyrAnnStandardXMLNode::Append(VyrAnnStandardXMLNode_var child) {
+  CountListing(*child);
+  child->place_ = static_cast<std::uint32_t>(nodes_.size());
+  nodes_.push_back(std::move(child));
+}
+
 void VyrAnnStandardXMLNode::AddNode(VyrAnnStandardXMLNode* child, int index) {
+  if (index >= 0) CloseHoles();
   if (!Insert(nodes_, child, index)) return;
-  if (indexes_) indexes_->nodesByName.Added(nodes_, PlaceOf(nodes_, index));
+  CountListing(*child);
+  const std::size_t place = PlaceOf(nodes_, index);
+  child->place_ = static_cast<std::uint32_t>(place);
+  if (indexes_) indexes_->nodesByName.Added(nodes_, place);
 }
 
 void VyrAnnStandardXMLNode::AddValue(VyrAnnStandardXMLValue* value, int index) {
@@ -79,15 +101,23 @@ void VyrAnnStandardXMLNode::AddValue(VyrAnnStandardXMLValue* value, int index) {
 }
 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::GetNode(int index) const {
-  return ElementAt(nodes_, index);
+  const std::size_t count = nodes_.size() - holes_;
+  const std::optional<std::size_t> element = ElementIndex(index, count);
+  if (!element) return nullptr;
+  // Whoever deletes and looks in turn would else have the holes closed each time.
+  if (*element == 0) return nodes_[FirstPlace()].NewReference();
+  if (*element == count - 1) return nodes_.back().NewReference();
+  return GetNodes()[*element].NewReference();
 }
 
 VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::GetValue(int index) const {
-  return ElementAt(values_, index);
+  const std::optional<std::size_t> element = ElementIndex(index, values_.size());
+  return element ? values_[*element].NewReference() : nullptr;
 }
 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::FindNode(std::string_view name) const {
-  if (nodes_.size() >= Indexes::kWide) return WideIndexes().nodesByName.Find(nodes_, name);
+  const bool isWide = nodes_.size() - holes_ >= Indexes::kWide;
+  if (isWide) return WideIndexes().nodesByName.Find(nodes_, name);
   return decltype(Indexes::nodesByName)::Scan(nodes_, name);
 }
 
@@ -111,16 +141,95 @@ VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::GetValueByName(VyrUnicodeView nam
 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::GetDefaultNode() const {
   if (VyrAnnStandardXMLNode* named = GetNodeByName("Default")) return named;
-  if (!kXMLClassUnit.Check(!nodes_.empty(), "no child to be the default")) return nullptr;
-  return nodes_.front().NewReference();
+  if (!kXMLClassUnit.Check(GetNumOfNode() != 0, "no child to be the default")) return nullptr;
+  return nodes_[FirstPlace()].NewReference();
 }
 
-void VyrAnnStandardXMLNode::RemoveNode(const VyrAnnStandardXMLNode* child) {
-  const auto place = std::find_if(nodes_.begin(), nodes_.end(),
-                                  [&](const auto& node) { return node.Get() == child; });
-  const VyrAnnStandardXMLNode_var removed = std::move(*place);
-  nodes_.erase(place);
-  if (indexes_) indexes_->nodesByName.Removed(nodes_, *removed);
+/// Where the first child stands, if there is one.
+std::size_t VyrAnnStandardXMLNode::FirstPlace() const {
+  return holes_ == 0 ? 0 : indexes_->leadingHoles;
+}
+
+/// Whether some child stands in the list twice.
+bool VyrAnnStandardXMLNode::HasRepeats() {
+  if (repeats_ == Repeats::Possible) {
+    std::vector<const VyrAnnStandardXMLNode*> children;
+    children.reserve(nodes_.size());
+    for (const VyrAnnStandardXMLNode_var& node : nodes_) {
+      if (node) children.push_back(node.Get());
+    }
+    std::sort(children.begin(), children.end(), std::less<>());
+    const bool has = std::adjacent_find(children.begin(), children.end()) != children.end();
+    repeats_ = has ? Repeats::Certain : Repeats::None;
+  }
+  return repeats_ == Repeats::Certain;
+}
+
+/// The first place of a child.
+std::size_t VyrAnnStandardXMLNode::FindPlace(const VyrAnnStandardXMLNode& child) {
+  if (child.timesListed_ > 1 && HasRepeats()) {
+    std::size_t place = FirstPlace();
+    while (nodes_[place].Get() != &child) ++place;
+    return place;
+  }
+  const std::size_t start = std::min<std::size_t>(child.place_, nodes_.size() - 1);
+  const std::size_t place = FindNear(start, child);
+  if (!indexes_) return place;
+  // Insertions and closed holes move children without telling them.
+  indexes_->searched += place < start ? start - place : place - start;
+  if (indexes_->searched > nodes_.size()) {
+    indexes_->searched = 0;
+    for (std::size_t i = 0; i < nodes_.size(); ++i) {
+      if (nodes_[i]) nodes_[i]->place_ = static_cast<std::uint32_t>(i);
+    }
+  }
+  return place;
+}
+
+/// A place of a child, looked for to both sides.
+std::size_t VyrAnnStandardXMLNode::FindNear(std::size_t start,
+                                            const VyrAnnStandardXMLNode& child) const {
+  for (std::size_t distance = 0;; ++distance) {
+    const std::size_t behind = start + distance;
+    if (behind < nodes_.size() && nodes_[behind].Get() == &child) return behind;
+    if (distance <= start && nodes_[start - distance].Get() == &child) return start - distance;
+  }
+}
+
+void VyrAnnStandardXMLNode::CloseHoles() const {
+  if (holes_ == 0) return;
+  const auto first = nodes_.begin() + static_cast<std::ptrdiff_t>(indexes_->firstHole);
+  nodes_.erase(std::remove(first, nodes_.end(), nullptr), nodes_.end());
+  holes_ = 0;
+  indexes_->leadingHoles = 0;
+}
+
+/// Empties the place of a child instead of closing it: whoever deletes many children one by one
+/// would else move all the others each time.
+void VyrAnnStandardXMLNode::MakeHole(std::size_t place) {
+  Indexes& indexes = WideIndexes();
+  indexes.firstHole = holes_ == 0 ? place : std::min(indexes.firstHole, place);
+  nodes_[place] = nullptr;
+  ++holes_;
+  for (; !nodes_.empty() && !nodes_.back(); nodes_.pop_back()) --holes_;
+  while (indexes.leadingHoles < nodes_.size() && !nodes_[indexes.leadingHoles]) {
+    ++indexes.leadingHoles;
+  }
+}
+
+void VyrAnnStandardXMLNode::RemoveNode(VyrAnnStandardXMLNode* child) {
+  const bool isWide = nodes_.size() - holes_ >= Indexes::kWide;
+  if (!isWide) CloseHoles();
+  const std::size_t place = FindPlace(*child);
+  const VyrAnnStandardXMLNode_var removed = nodes_[place];
+  if (removed->timesListed_ != kListedOften) --removed->timesListed_;
+  if (isWide) {
+    MakeHole(place);
+  } else {
+    nodes_.erase(nodes_.begin() + static_cast<std::ptrdiff_t>(place));
+  }
+  if (indexes_) indexes_->nodesByName.RemovedFirst(*removed);
+  if (holes_ > nodes_.size() / 2) CloseHoles();
 }
 
 void VyrAnnStandardXMLNode::RemoveValue(std::size_t index) {
@@ -128,8 +237,8 @@ void VyrAnnStandardXMLNode::RemoveValue(std::size_t index) {
   const VyrAnnStandardXMLValue_var removed = std::move(*place);
   values_.erase(place);
   if (!indexes_) return;
-  indexes_->valuesByName.Removed(values_, *removed);
-  indexes_->valuesByText.Removed(values_, *removed);
+  indexes_->valuesByName.Removed(values_, *removed, index);
+  indexes_->valuesByText.Removed(values_, *removed, index);
 }
 
 int VyrAnnStandardXMLNode::DeleteValue(int index) {
@@ -159,7 +268,7 @@ int VyrAnnStandardXMLNode::AddNodeWithValue(VyrUnicodeView name, VyrAnnStandardX
 }
 
 void VyrAnnStandardXMLNode::ChangeValue(VyrUnicodeView text) {
-  if (!kXMLClassUnit.Check(nodes_.empty(), "a node with children has no value")) return;
+  if (!kXMLClassUnit.Check(GetNumOfNode() == 0, "a node with children has no value")) return;
   if (values_.size() == 1) {
     values_.front()->SetValue(text);
     return;

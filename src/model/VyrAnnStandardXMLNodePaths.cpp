@@ -48,7 +48,7 @@ int VyrAnnStandardXMLNode::DeleteNodeWithPath(VyrUnicodeView path) {
   // The parent is this node or below it, and this call may edit both.
   auto* parent = const_cast<VyrAnnStandardXMLNode*>(FindParentOfLast(path, last));
   if (parent == nullptr) return 1;
-  if (const VyrAnnStandardXMLNode* child = parent->FindNode(last)) {
+  if (VyrAnnStandardXMLNode* child = parent->FindNode(last)) {
     parent->RemoveNode(child);
     return 0;
   }

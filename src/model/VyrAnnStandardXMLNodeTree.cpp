@@ -29,8 +29,8 @@ int VyrAnnStandardXMLNode::Check(VyrAnnStandardXMLNode* enumTop, VyrUnicodeView 
   enter(*this);
   while (!visits.empty()) {
     Visit& visit = visits.back();
-    if (visit.nextChild < visit.node->nodes_.size()) {
-      enter(*visit.node->nodes_[visit.nextChild++]);
+    if (visit.nextChild < visit.node->GetNodes().size()) {
+      enter(*visit.node->GetNodes()[visit.nextChild++]);
       continue;
     }
     for (const auto& value : visit.node->values_) errors += value->Check(enumTop, path);
@@ -45,7 +45,7 @@ VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::Clone() const {
     auto* copy = new VyrAnnStandardXMLNode(node.type_, node.name_);
     copy->values_.reserve(node.values_.size());
     for (const auto& value : node.values_) copy->values_.emplace_back(value->Clone());
-    copy->nodes_.reserve(node.nodes_.size());
+    copy->nodes_.reserve(node.GetNodes().size());
     return copy;
   };
   struct Pair {
@@ -57,9 +57,9 @@ VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::Clone() const {
   while (!work.empty()) {
     const Pair pair = work.back();
     work.pop_back();
-    for (const auto& child : pair.source->nodes_) {
+    for (const auto& child : pair.source->GetNodes()) {
       VyrAnnStandardXMLNode* copy = cloneAlone(*child);
-      pair.copy->nodes_.emplace_back(copy);
+      pair.copy->Append(VyrAnnStandardXMLNode_var(copy));
       work.push_back({child.Get(), copy});
     }
   }

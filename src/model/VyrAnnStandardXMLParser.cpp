@@ -23,8 +23,8 @@ VyrAnnStandardXMLParser::VyrAnnStandardXMLParser() {
   if (factory == nullptr) {
     // Kept to the end of the process: static objects of a host may make documents in their end.
     static auto* const defaultFactory = new VyrAnnStandardXMLParserDOMCodecFactory();
-    factory = defaultFactory;
-    _codecFactory = factory;
+    // Not over one that another thread has set meanwhile.
+    if (_codecFactory.compare_exchange_strong(factory, defaultFactory)) factory = defaultFactory;
   }
   codec_.reset(factory->CreateCodec());
   if (!kXMLParserUnit.CheckPointer(codec_.get())) return;

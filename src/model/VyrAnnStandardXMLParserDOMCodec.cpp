@@ -7,9 +7,14 @@
 #include "StandardXMLEncoder.h"
 #include "VyrAnnStandardXMLParserDOMCodecUnit.h"
 #include "VyrFiles.h"
+#include "VyrWithinMemory.h"
 #include "VyrXMLDOM.h"
 
 namespace {
+
+constexpr const char* kNoReason =
+    "the XML framework of the host makes no document of it and gives no reason; ask the host's "
+    "maker";
 
 void TraceLine(const char* format) {
   VyrTrace& trace = XMLCodecTrace();
@@ -32,13 +37,17 @@ HRESULT VyrAnnStandardXMLParserDOMCodec::Init(VyrAnnStandardXMLNode* typeDefTop,
 }
 
 HRESULT VyrAnnStandardXMLParserDOMCodec::DecodeXMLFile(VyrUnicodeView path) {
-  const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::DecodeXMLFile");
-  return Decode(path, true);
+  return VyrWithinMemory(problem_, [&] {
+    const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::DecodeXMLFile");
+    return Decode(path, true);
+  });
 }
 
 HRESULT VyrAnnStandardXMLParserDOMCodec::DecodeXMLString(VyrUnicodeView text) {
-  const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::DecodeXMLString");
-  return Decode(text, false);
+  return VyrWithinMemory(problem_, [&] {
+    const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::DecodeXMLString");
+    return Decode(text, false);
+  });
 }
 
 HRESULT VyrAnnStandardXMLParserDOMCodec::Decode(VyrUnicodeView source, bool isFile) {
@@ -60,9 +69,13 @@ HRESULT VyrAnnStandardXMLParserDOMCodec::Decode(VyrUnicodeView source, bool isFi
   if (VyrFailed(built)) {
     TraceLine("BuildDocument failed");
     problem_ = builder->GetProblem();
+    if (problem_.IsEmpty()) problem_ = {0, kNoReason};
     return E_FAIL;
   }
-  if (!kXMLCodecUnit.CheckPointer(document.Get())) return E_UNEXPECTED;
+  if (!kXMLCodecUnit.CheckPointer(document.Get())) {
+    problem_ = {0, kNoReason};
+    return E_UNEXPECTED;
+  }
   StandardXMLDecoder decoder(document->GetTree(), isFile ? std::string(source) : "text in memory");
   const HRESULT result = decoder.Decode({*typeDefTop_, *enumTop_, *rootTop_});
   problem_ = decoder.GetProblem();
@@ -90,19 +103,23 @@ HRESULT VyrAnnStandardXMLParserDOMCodec::Encode(std::string& out) {
 }
 
 HRESULT VyrAnnStandardXMLParserDOMCodec::SaveInFile(VyrUnicodeView path) {
-  const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::SaveInFile");
-  std::string text;
-  if (const HRESULT result = Encode(text); VyrFailed(result)) return result;
-  const std::string problem = VyrSaveFile(path, text);
-  if (kXMLCodecUnit.Check(problem.empty(), problem)) return S_OK;
-  problem_ = {0, problem};
-  return E_FAIL;
+  return VyrWithinMemory(problem_, [&] {
+    const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::SaveInFile");
+    std::string text;
+    if (const HRESULT result = Encode(text); VyrFailed(result)) return result;
+    const std::string problem = VyrSaveFile(path, text);
+    if (kXMLCodecUnit.Check(problem.empty(), problem)) return S_OK;
+    problem_ = {0, problem};
+    return E_FAIL;
+  });
 }
 
 HRESULT VyrAnnStandardXMLParserDOMCodec::SaveInString(VyrUnicodeString& out) {
-  const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::SaveInString");
-  std::string text;
-  const HRESULT result = Encode(text);
-  if (VyrSucceeded(result)) out = std::move(text);
-  return result;
+  return VyrWithinMemory(problem_, [&] {
+    const VyrTraceBlock block(XMLCodecTrace(), "VyrAnnStandardXMLParserDOMCodec::SaveInString");
+    std::string text;
+    const HRESULT result = Encode(text);
+    if (VyrSucceeded(result)) out = std::move(text);
+    return result;
+  });
 }

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "SharedStandardDocument.h"
 #include "VyrAnnStandardServicesUnit.h"
-#include "VyrAnnStandardXMLParser.h"
 
 // A replaced document dies, if nobody else uses it, after the lock was given back: that takes time.
 

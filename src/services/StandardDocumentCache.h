@@ -6,12 +6,12 @@
 
 #include "VyrUnicodeString.h"
 
-class VyrAnnStandardXMLParser;
+struct SharedStandardDocument;
 
 /// The slot that keeps the standard which was opened last. Its operations may be called from
-/// several threads; the document that they hand out is not guarded.
+/// several threads.
 struct StandardDocumentCache {
-  using Document = std::shared_ptr<VyrAnnStandardXMLParser>;
+  using Document = std::shared_ptr<SharedStandardDocument>;
 
   enum Status : int { Empty = 0, Valid = 1 };
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "SharedStandardDocument.h"
 #include "StandardDocumentCache.h"
 #include "VyrAnnStandardServicesUnit.h"
-#include "VyrAnnStandardXMLParser.h"
 #include "VyrDftStandardServices.h"
 #include "VyrFiles.h"
 #include "VyrTrace.h"
@@ -47,13 +47,16 @@ void ReportRefusal(VyrUnicodeView path, const VyrProblem& problem) {
 
 /// Null, reported, for a file that cannot be read or has undefined enumeration values.
 StandardDocumentCache::Document Load(VyrUnicodeView path) {
-  auto document = std::make_shared<VyrAnnStandardXMLParser>();
-  if (document->DecodeXML(path, 1) != 0) {
-    ReportRefusal(path, document->GetProblem());
+  auto document = std::make_shared<SharedStandardDocument>();
+  VyrAnnStandardXMLParser& parser = document->parser;
+  if (parser.DecodeXML(path, 1) != 0) {
+    ReportRefusal(path, parser.GetProblem());
     return nullptr;
   }
-  if (document->Check() == 0) {
-    ReportRefusal(path, {0, "has enumeration values that are not defined; the trace names them"});
+  if (parser.Check() == 0) {
+    ReportRefusal(path, {0,
+                         "has values that their enumerations do not define, named by the lines "
+                         "\"Enum undefined\" of the trace; correct them or define their literals"});
     return nullptr;
   }
   return document;
@@ -70,19 +73,19 @@ VyrAnnStandardServices::VyrAnnStandardServices(const char* standardName) {
   const auto stamp = VyrModificationTime(path);
   if (!stamp) {
     TraceFile("%sFailed to get stats of %s. Can't cache.\n", shown);
-  } else if (cache.Find(path, *stamp, parser_)) {
+  } else if (cache.Find(path, *stamp, document_)) {
     shared_ = 1;
     TraceFile("%sUsing cached value for %s.\n", path);
     return;
   }
-  if (!path.IsEmpty()) parser_ = Load(path);
+  if (!path.IsEmpty()) document_ = Load(path);
   TraceFile("%sCreating a new parser for %s.\n", shown);
-  if (stamp && cache.Store(path, *stamp, parser_)) shared_ = 1;
+  if (stamp && cache.Store(path, *stamp, document_)) shared_ = 1;
 }
 
 std::unique_ptr<VyrAnnStandardServices> VyrAnnStandardServices::OpenFile(VyrUnicodeView path) {
   std::unique_ptr<VyrAnnStandardServices> services(new VyrAnnStandardServices);
-  services->parser_ = Load(path);
+  services->document_ = Load(path);
   return services;
 }
 
@@ -97,9 +100,10 @@ HRESULT VyrAnnStandardServices::CheckXMLStructure() {
     kStandardServicesUnit.Raise(message);
     return result;
   };
-  if (!parser_) return refuse("No parser available", E_FAIL);
-  if (parser_->Check() == 0) return refuse("Bad enumerate structure in xml file", S_FALSE);
-  const int version = parser_->GetVersion();
+  const StandardDocumentInUse parser(document_);
+  if (!parser) return refuse("No parser available", E_FAIL);
+  if (parser->Check() == 0) return refuse("Bad enumerate structure in xml file", S_FALSE);
+  const int version = parser->GetVersion();
   if (version < 1) return refuse("The version of the file could not be determined", S_FALSE);
   if (version < kVersionOfRelease14) return S_OK;
   VyrDrwStdSheetStyle* styles = nullptr;
@@ -113,17 +117,20 @@ HRESULT VyrAnnStandardServices::CheckXMLStructure() {
 }
 
 HRESULT VyrAnnStandardServices::GetStandardParentName(VyrUnicodeString& name) {
-  if (!parser_) return E_FAIL;
-  name = parser_->GetValueWithPath("Root.Dimension.ParentStandard");
+  const StandardDocumentInUse parser(document_);
+  if (!parser) return E_FAIL;
+  name = parser->GetValueWithPath("Root.Dimension.ParentStandard");
   return S_OK;
 }
 
 HRESULT VyrAnnStandardServices::GetVersion(int& version) {
-  if (!parser_) return E_FAIL;
-  version = parser_->GetVersion();
+  const StandardDocumentInUse parser(document_);
+  if (!parser) return E_FAIL;
+  version = parser->GetVersion();
   return version >= 1 ? S_OK : E_FAIL;
 }
 
 int VyrAnnStandardServices::IsSwitchable(int version) {
-  return parser_ && parser_->GetVersion() >= version ? 1 : 0;
+  const StandardDocumentInUse parser(document_);
+  return parser && parser->GetVersion() >= version ? 1 : 0;
 }

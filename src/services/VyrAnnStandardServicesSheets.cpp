@@ -1,11 +1,11 @@
 #include <memory>
 
 #include "NumberText.h"
+#include "SharedStandardDocument.h"
 #include "SheetFormatReader.h"
 #include "SheetStyleReader.h"
 #include "VyrAnnStandardServices.h"
 #include "VyrAnnStandardServicesUnit.h"
-#include "VyrAnnStandardXMLParser.h"
 
 // The sheets of a standard: formats, styles, the default style and its scale.
 
@@ -50,8 +50,9 @@ HRESULT ReadChildren(const Node& parent, Record** records, int& count, const Rea
 
 HRESULT VyrAnnStandardServices::GetAvailableSheetFormats(VyrDrwStdSheetFormat** formats,
                                                          int& count) {
-  if (!parser_ || formats == nullptr || parser_->GetVersion() < kVersionOfRelease14) return E_FAIL;
-  const Node_var node(parser_->GetNodeWithPath(kFormatsPath));
+  const StandardDocumentInUse parser(document_);
+  if (!parser || formats == nullptr || parser->GetVersion() < kVersionOfRelease14) return E_FAIL;
+  const Node_var node(parser->GetNodeWithPath(kFormatsPath));
   if (!node) return E_FAIL;
   const SheetFormatReader reader;
   return ReadChildren(*node, formats, count, [&](const Node& child, VyrDrwStdSheetFormat& format) {
@@ -60,10 +61,11 @@ HRESULT VyrAnnStandardServices::GetAvailableSheetFormats(VyrDrwStdSheetFormat** 
 }
 
 HRESULT VyrAnnStandardServices::GetAvailableSheetStyles(VyrDrwStdSheetStyle** styles, int& count) {
-  if (!parser_ || styles == nullptr || parser_->GetVersion() < kVersionOfRelease11) return E_FAIL;
-  const Node_var node(parser_->GetNodeWithPath(kStylesPath));
+  const StandardDocumentInUse parser(document_);
+  if (!parser || styles == nullptr || parser->GetVersion() < kVersionOfRelease11) return E_FAIL;
+  const Node_var node(parser->GetNodeWithPath(kStylesPath));
   if (!node) return E_FAIL;
-  const Node_var formats(parser_->GetNodeWithPath(kFormatsPath));
+  const Node_var formats(parser->GetNodeWithPath(kFormatsPath));
   const SheetStyleReader reader(formats.Get());
   return ReadChildren(*node, styles, count, [&](const Node& child, VyrDrwStdSheetStyle& style) {
     return reader.Read(child, style);
@@ -71,16 +73,18 @@ HRESULT VyrAnnStandardServices::GetAvailableSheetStyles(VyrDrwStdSheetStyle** st
 }
 
 HRESULT VyrAnnStandardServices::GetDefaultSheetStyle(VyrDrwStdSheetStyle& style) {
-  if (!parser_ || parser_->GetVersion() < kVersionOfRelease11) return E_FAIL;
-  const Node_var node = DefaultStyle(*parser_);
+  const StandardDocumentInUse parser(document_);
+  if (!parser || parser->GetVersion() < kVersionOfRelease11) return E_FAIL;
+  const Node_var node = DefaultStyle(*parser);
   if (!node) return E_FAIL;
-  const Node_var formats(parser_->GetNodeWithPath(kFormatsPath));
+  const Node_var formats(parser->GetNodeWithPath(kFormatsPath));
   return SheetStyleReader(formats.Get()).Read(*node, style);
 }
 
 HRESULT VyrAnnStandardServices::GetSheetScale(double& scale) {
-  if (!parser_) return E_FAIL;
-  const Node_var style = DefaultStyle(*parser_);
+  const StandardDocumentInUse parser(document_);
+  if (!parser) return E_FAIL;
+  const Node_var style = DefaultStyle(*parser);
   const Node_var wrapper(style ? style->GetNodeByName("GlobalScale") : nullptr);
   if (!wrapper || wrapper->GetValues().empty()) return E_FAIL;
   scale = ReadReal(wrapper->GetValues().front()->GetValue().View()).value_or(scale);

@@ -209,6 +209,10 @@ TEST(EncodeToFile, FailedSaveIsNegativeAndASavedOneIsNot) {
   EXPECT_FALSE(standard.GetProblem().IsEmpty());
   EXPECT_EQ(standard.EncodeToFile((folder / "out.xml").c_str(), 220, options), S_OK);
   EXPECT_TRUE(standard.GetProblem().IsEmpty());
+  EXPECT_LT(standard.SaveToFile("/no/such/folder/out.xml"), 0);
+  EXPECT_FALSE(standard.GetProblem().IsEmpty());
+  EXPECT_EQ(standard.SaveToFile((folder / "out.xml").c_str()), S_OK);
+  EXPECT_TRUE(standard.GetProblem().IsEmpty());
   VyrDrwParseStandard written(folder / "out.xml");
   written.Decode();
   EXPECT_EQ(written.GetVersion(), 220);

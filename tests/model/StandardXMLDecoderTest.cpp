@@ -1,4 +1,5 @@
 #include "CodecTest.h"
+#include "StandardXMLDecoder.h"
 #include "TemporaryFolder.h"
 #include "VyrXMLDOM.h"
 
@@ -544,6 +545,19 @@ TEST_F(HostBuilders, ThatGiveNoDocumentAreUnexpected) {
   HostBuilder::makesDocument = false;
   EXPECT_EQ(Decode(""), E_UNEXPECTED);
   EXPECT_THAT(TakeReports(), ElementsAre(NullPointer(kCodecUnitName)));
+  EXPECT_THAT(codec.GetProblem().text.CString(), HasSubstr("gives no reason"));
+}
+
+TEST(DecoderOfATree, WithoutAnElementSaysWhatIsMissing) {
+  DiagnosticsCapture capture;
+  const VyrXMLTree tree;
+  StandardXMLDecoder decoder(tree, "a text");
+  const Node_var top = NewNode("Root", Node::NodeTop);
+  EXPECT_EQ(decoder.Decode({*top, *top, *top}), E_UNEXPECTED);
+  EXPECT_EQ(capture.errors.size(), 1u);
+  EXPECT_EQ(decoder.GetProblem().line, 1);
+  EXPECT_EQ(decoder.GetProblem().text,
+            "holds no element; a standard begins with a std:node element");
 }
 
 }  // namespace

@@ -161,7 +161,9 @@ TEST_F(LargeTrees, DeeperThanTheStackAreCheckedClonedFoundAndDestroyed) {
   EXPECT_EQ(Node_var(top->GetNodeWithPath(path, 1)).Get(), lowest.Get());
   EXPECT_EQ(Value_var(top->GetValueWithPath(path + ".Maybe")).Get(), lowest->GetValues()[0].Get());
   EXPECT_EQ(top->Check(enums.Get(), "c"), 1);
-  EXPECT_THAT(TakeTraces(), ElementsAre("c.d." + path + ".Maybe with enum \"YesNo\"\n"));
+  // A line of each value with the whole path would come to the square of the depth.
+  const std::string shown = ("c.d." + path).substr(0, 4096);
+  EXPECT_THAT(TakeTraces(), ElementsAre(shown + "....Maybe with enum \"YesNo\"\n"));
   Node_var copy(top->Clone());
   EXPECT_EQ(FindDifference(*top, *copy), "");
   EXPECT_EQ(copy->DeleteNodeWithPath(path), 0);

@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <iomanip>
 #include <iterator>
+#include <locale>
 #include <map>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -129,10 +131,11 @@ class FakeStandard final : public VyrImplements<VyrIDftStandard> {
 
 /// Name, width, height, orientation and the reserved place of a format.
 std::string TextOf(const VyrDrwStdSheetFormat& format) {
-  char text[100];
-  std::snprintf(text, sizeof text, "%s %.2f x %.2f %d %d", format.name.CString(), format.width,
-                format.height, format.orientation, format.reserved);
-  return text;
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  text << format.name.CString() << std::fixed << std::setprecision(2) << ' ' << format.width
+       << " x " << format.height << ' ' << format.orientation << ' ' << format.reserved;
+  return text.str();
 }
 
 /// Texts of all formats of a standard, or none when they cannot be read.

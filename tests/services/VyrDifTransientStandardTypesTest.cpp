@@ -237,7 +237,9 @@ std::vector<double> ThicknessesInFile(const std::string& file) {
   const std::string field = "<std:floatval name=\"mm\">";
   std::vector<double> thicknesses;
   for (std::size_t at = text.find(field, begin); at < end; at = text.find(field, at + 1)) {
-    thicknesses.push_back(std::stod(text.substr(at + field.size(), 10)));
+    double thickness = 0;
+    std::from_chars(text.data() + at + field.size(), text.data() + text.size(), thickness);
+    thicknesses.push_back(thickness);
   }
   return thicknesses;
 }

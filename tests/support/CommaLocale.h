@@ -26,12 +26,12 @@ class CommaLocale {
   CommaLocale(const CommaLocale&) = delete;
   CommaLocale& operator=(const CommaLocale&) = delete;
   ~CommaLocale() {
-    std::setlocale(LC_NUMERIC, before_.c_str());
     if (hadPath_) {
       ::setenv("LOCPATH", path_.c_str(), 1);
     } else {
       ::unsetenv("LOCPATH");
     }
+    std::setlocale(LC_NUMERIC, before_.c_str());
   }
   bool IsSet() const { return isSet_; }
 

@@ -1,0 +1,27 @@
+// Any text, read as a text standard of the old generation: what is accepted is brought to the
+// current version, is consistent there, and can be saved and read.
+
+#include "FuzzTarget.h"
+#include "MemoryFile.h"
+#include "VyrAnnStandardXMLParser.h"
+#include "VyrDrwParseStandard.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  SilenceDiagnostics();
+  const MemoryFile file(InputText(data, size));
+  VyrDrwParseStandard standard(file.Path());
+  if (standard.DecodeText() < 0) {
+    Require(!standard.GetProblem().IsEmpty(), "a refusal says why");
+    return 0;
+  }
+  VyrDrwParseStandardUpgradeOptions options;
+  Require(standard.Upgrade(-1, options) >= 0, "a text standard that was read can be upgraded");
+  VyrAnnStandardXMLParser& document = standard.GetDocument();
+  Require(document.GetVersion() == VyrDrwParseStandard::GetCurrentVersion(),
+          "an upgraded standard is of the current version");
+  VyrUnicodeString saved;
+  document.SaveInString(saved);
+  VyrAnnStandardXMLParser again;
+  Require(again.DecodeXML(saved, 0) == 0, "what was saved can be read");
+  return 0;
+}

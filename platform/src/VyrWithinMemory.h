@@ -1,0 +1,44 @@
+#pragma once
+
+#include <new>
+
+#include "VyrProblem.h"
+#include "VyrResult.h"
+
+// No exception leaves the library: work that memory runs out for is refused like work on a file
+// that cannot be read.
+
+inline constexpr const char* kVyrOutOfMemory =
+    "needs more memory than there is; end other programs, or split the file";
+/// The same in so few letters that a string holds them in itself.
+inline constexpr const char* kVyrOutOfMemoryInShort = "out of memory";
+
+/// Makes `text`, a string of any kind, say that memory ran out: in full if it has room for that.
+template <class Text>
+void VyrSayOutOfMemory(Text& text) noexcept {
+  try {
+    text = kVyrOutOfMemory;
+  } catch (const std::bad_alloc&) {
+    text = kVyrOutOfMemoryInShort;
+  }
+}
+
+/// What `work` returns or, when memory runs out, what `refuse` returns, which must not need any.
+template <class Work, class Refuse>
+auto VyrWithinMemory(Work work, Refuse refuse) -> decltype(work()) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    return refuse();
+  }
+}
+
+/// The same for an operation with a result and a problem.
+template <class Work>
+HRESULT VyrWithinMemory(VyrProblem& problem, Work work) {
+  return VyrWithinMemory(work, [&] {
+    problem.line = 0;
+    VyrSayOutOfMemory(problem.text);
+    return E_FAIL;
+  });
+}

@@ -1,0 +1,444 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <thread>
+
+#include "FolderSnapshot.h"
+#include "ProcessRun.h"
+#include "SaveScene.h"
+#include "VyrFiles.h"
+
+// Every file operation of a save fails in turn, in every way that it may, and the process is killed
+// before and after it. Whatever happens, the target is the old file or the whole new one.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// --- Figures -------------------------------------------------------------------------------------
+
+struct Figures {
+  std::atomic<int> operations = 0;
+  std::atomic<int> faults = 0;
+  std::atomic<int> refused = 0;
+  std::atomic<int> overcome = 0;
+  std::atomic<int> killedBefore = 0;
+  std::atomic<int> killedAfter = 0;
+} figures;
+
+/// Says at the end what the documentation quotes.
+class FiguresReport : public testing::Environment {
+ public:
+  void TearDown() override {
+    if (figures.faults == 0) return;
+    std::cout << "saving: " << figures.faults << " faults injected into " << figures.operations
+              << " file operations: " << figures.refused
+              << " saves refused with the old file kept, " << figures.overcome
+              << " done all the same, " << figures.killedBefore + figures.killedAfter << " killed ("
+              << figures.killedBefore << " left the old file, " << figures.killedAfter
+              << " the whole new one)" << std::endl;
+  }
+};
+
+const testing::Environment* const kReport = testing::AddGlobalTestEnvironment(new FiguresReport);
+
+// --- What an operation may suffer ----------------------------------------------------------------
+
+/// What may become of an operation. After the rename nothing is fatal.
+struct OperationFaults {
+  std::string_view operation;
+  std::vector<std::string> fatal;     ///< the save fails and says so
+  std::vector<std::string> harmless;  ///< the save is done all the same
+};
+
+std::string Error(int number) {
+  return std::to_string(number);
+}
+std::string Late(int number) {
+  return "late-" + std::to_string(number);
+}
+
+const std::vector<OperationFaults>& AllFaults() {
+  static const std::vector<OperationFaults> faults = {
+      {"stat", {Error(EIO), Error(EACCES), Error(ELOOP)}, {}},
+      {"readlink", {Error(EIO), Error(EACCES)}, {}},
+      {"access", {Error(EACCES), Error(EROFS), Error(EIO)}, {}},
+      {"open",
+       {Error(ENOSPC), Error(EACCES), Error(EROFS), Error(EMFILE), Error(EDQUOT), Error(EIO)},
+       {Error(EINTR), Error(EEXIST)}},
+      {"write",
+       {Error(ENOSPC), Error(EIO), Error(EDQUOT), Error(EFBIG), "nothing"},
+       {Error(EINTR), "short"}},
+      {"fchown", {Error(EIO), Error(EDQUOT)}, {Error(EPERM), Error(EINVAL)}},
+      {"fstat", {Error(EIO)}, {}},
+      {"listxattr", {Error(EIO)}, {}},
+      // An attribute that is not for this process to read or to set is not kept; a list must be.
+      {"getxattr", {Error(EIO)}, {Error(EACCES), Error(EPERM), Error(EOPNOTSUPP)}},
+      {"getxattr-list",
+       {Error(EIO), Error(EACCES), Error(EPERM), Error(EINVAL), Error(EOPNOTSUPP)},
+       {}},
+      {"fsetxattr",
+       {Error(ENOSPC), Error(EDQUOT), Error(EIO)},
+       {Error(EPERM), Error(EINVAL), Error(EOPNOTSUPP)}},
+      {"fsetxattr-list",
+       {Error(ENOSPC), Error(EDQUOT), Error(EIO), Error(EACCES), Error(EPERM), Error(EINVAL),
+        Error(EOPNOTSUPP)},
+       {}},
+      {"fremovexattr", {Error(EIO)}, {Error(ENODATA), Error(EOPNOTSUPP)}},
+      {"fchmod", {Error(EIO), Error(EPERM), Error(EROFS)}, {}},
+      {"futimens", {Error(EIO)}, {}},
+      {"fsync", {Error(EIO), Error(ENOSPC), Error(EDQUOT)}, {Error(EINTR)}},
+      {"close", {Late(EIO), Late(ENOSPC), Late(EDQUOT)}, {Late(EINTR)}},
+      {"rename",
+       {Error(EACCES), Error(EPERM), Error(EXDEV), Error(EBUSY), Error(ENOSPC), Error(EIO),
+        Error(EROFS), Error(EISDIR)},
+       {}},
+      {"open-folder", {}, {Error(EACCES), Error(EMFILE), Error(EIO)}},
+  };
+  return faults;
+}
+
+enum class Fate { Fails, IsDone, IsKilled };
+
+struct Fault {
+  std::string operation;
+  int number;  ///< of the call of that operation
+  std::string effect;
+  Fate fate;
+
+  std::string Text() const { return operation + ":" + std::to_string(number) + ":" + effect; }
+  /// Why the save failed.
+  std::string Reason() const {
+    const std::size_t digits = effect.find_first_of("0123456789");
+    return ReasonOf(digits == std::string::npos ? EIO : std::stoi(effect.substr(digits)));
+  }
+};
+
+enum class Thoroughness { EveryError, OneError };
+
+/// Every fault that can befall one of these operations.
+std::vector<Fault> FaultsOf(const std::vector<std::string>& calls, Thoroughness thoroughness) {
+  std::vector<Fault> faults;
+  std::map<std::string, int> numbers;
+  bool isRenamed = false;
+  for (const std::string& call : calls) {
+    const int number = ++numbers[call];
+    const auto add = [&](const std::string& effect, Fate fate) {
+      faults.push_back({call, number, effect, fate});
+    };
+    for (const char* effect : {"kill-before", "kill-after"}) add(effect, Fate::IsKilled);
+    if (call == "write") add("kill-halfway", Fate::IsKilled);
+    const auto known = std::find_if(AllFaults().begin(), AllFaults().end(),
+                                    [&](const auto& row) { return row.operation == call; });
+    if (known == AllFaults().end()) {
+      ADD_FAILURE() << "a save calls " << call << "; say above what may become of it";
+      continue;
+    }
+    const bool every = thoroughness == Thoroughness::EveryError;
+    // Of several looks at the target the last one is the save's; those before are its caller's.
+    const bool isLook = call == "stat" && number < std::count(calls.begin(), calls.end(), call);
+    for (const std::string& effect : known->fatal) {
+      add(effect, isRenamed || isLook ? Fate::IsDone : Fate::Fails);
+      if (!every) break;
+    }
+    for (const std::string& effect : known->harmless) {
+      if (every || known->fatal.empty()) add(effect, Fate::IsDone);
+    }
+    isRenamed = isRenamed || call == "rename";
+  }
+  figures.operations += static_cast<int>(calls.size());
+  return faults;
+}
+
+// --- What must hold afterwards -------------------------------------------------------------------
+
+/// How the files begin that a killed save of `target` may leave.
+std::string LeftoverOf(const std::string& target) {
+  const fs::path path = target;
+  std::string name = path.filename();
+  std::replace(name.begin(), name.end(), '.', '_');
+  return path.parent_path() / (name + ".");
+}
+
+/// Takes away what a killed save may leave: one file that nobody takes for a standard.
+void TakeLeftover(FolderSnapshot& now, const FolderSnapshot& before, const std::string& target) {
+  std::vector<std::string> added;
+  for (const auto& [name, file] : now) {
+    if (!before.contains(name) && name != target) added.push_back(name);
+  }
+  EXPECT_LE(added.size(), 1u);
+  for (const std::string& name : added) {
+    ASSERT_THAT(name, testing::StartsWith(LeftoverOf(target)));
+    EXPECT_THAT(name.substr(LeftoverOf(target).size()),
+                testing::MatchesRegex("[0-9]+-[0-9]+\\.tmp"));
+    now.erase(name);
+  }
+}
+
+/// Called with the path to save under and the faults of the folder; runs the process.
+using Save = std::function<ProcessRun(const std::string& path, const Faults& faults)>;
+
+/// The message has one line, which names the file and the reason.
+void ExpectMessage(const ProcessRun& run, const std::string& path, const std::string& reason) {
+  EXPECT_THAT(run.message, testing::HasSubstr(path + ": cannot be written: ")) << reason;
+  EXPECT_THAT(run.message, testing::EndsWith(": " + reason + "\n"));
+  EXPECT_EQ(std::count(run.message.begin(), run.message.end(), '\n'), 1) << run.message;
+}
+
+void ExpectKilledWell(const SaveScene& scene, const ProcessRun& run) {
+  EXPECT_EQ(run.status, -SIGKILL) << run.message;
+  FolderSnapshot now = scene.Now();
+  TakeLeftover(now, scene.Before(), scene.Target());
+  const bool isOld = now == scene.Before();
+  if (!isOld) {
+    EXPECT_EQ(now, scene.Saved());
+  }
+  ++(isOld ? figures.killedBefore : figures.killedAfter);
+}
+
+void ExpectSurvived(SaveScene::Kind kind, const Save& save, const Fault& fault) {
+  const testing::ScopedTrace trace(__FILE__, __LINE__, Name(kind) + (", " + fault.Text()));
+  const SaveScene scene(kind);
+  const ProcessRun run = save(scene.Path(), {scene.Folder(), fault.Text()});
+  ++figures.faults;
+  if (fault.fate == Fate::IsKilled) {
+    ExpectKilledWell(scene, run);
+  } else if (fault.fate == Fate::IsDone) {
+    FolderSnapshot expected = scene.Saved();
+    // Not allowed to give the file away, the process keeps at least the group.
+    if (fault.operation == "fchown") {
+      expected[scene.Target()].owner = ::geteuid();
+      if (::geteuid() == 0) expected[scene.Target()].mode &= ~S_ISUID;
+    }
+    if (fault.operation == "getxattr" || fault.operation == "fsetxattr") {
+      EXPECT_EQ(expected[scene.Target()].attributes.erase("user.approved"), 1u);
+    }
+    EXPECT_EQ(run.status, kSaved) << run.message;
+    EXPECT_EQ(scene.Now(), expected);
+    ++figures.overcome;
+  } else {
+    EXPECT_EQ(run.status, kNotSaved);
+    EXPECT_EQ(scene.Now(), scene.Before());
+    ExpectMessage(run, scene.Path(), fault.Reason());
+    ++figures.refused;
+  }
+}
+
+/// Does `work` for every item, several at a time: what takes its time is waiting for processes.
+template <class Item>
+void ForEach(const std::vector<Item>& items, const std::function<void(const Item&)>& work) {
+  std::atomic<std::size_t> next = 0;
+  std::vector<std::jthread> workers;
+  for (unsigned i = 0; i < std::clamp(std::thread::hardware_concurrency(), 1u, 8u); ++i) {
+    workers.emplace_back([&] {
+      for (std::size_t at = next++; at < items.size(); at = next++) work(items[at]);
+    });
+  }
+}
+
+/// The operations of a save that nothing disturbs.
+std::vector<std::string> CallsOf(SaveScene::Kind kind, const Save& save) {
+  const SaveScene scene(kind);
+  const ProcessRun run = save(scene.Path(), {scene.Folder(), ""});
+  EXPECT_EQ(run.status, kSaved) << run.message;
+  EXPECT_EQ(scene.Now(), scene.Saved());
+  return run.calls;
+}
+
+void ExpectEveryFaultSurvived(SaveScene::Kind kind, const Save& save, Thoroughness thoroughness) {
+  ::umask(022);
+  const std::vector<std::string> calls = CallsOf(kind, save);
+  ForEach<Fault>(FaultsOf(calls, thoroughness),
+                 [&](const Fault& fault) { ExpectSurvived(kind, save, fault); });
+}
+
+Save SaveBy(const std::string& how, const std::string& source) {
+  return [=](const std::string& path, const Faults& faults) {
+    return RunProcess(SaveCommand(how, source, path), faults);
+  };
+}
+
+const Save kSaveDocument = SaveBy("document", ShippedStandard("ISO.xml"));
+
+// --- Tests ---------------------------------------------------------------------------------------
+
+TEST(InjectedFaults, OperationsOfASaveAreSeenAndComeInTheOrderThatPowerFailuresAskFor) {
+  std::vector<std::string> calls = CallsOf(SaveScene::OldFile, kSaveDocument);
+  // Reading of status and attributes may come anywhere.
+  std::erase_if(calls, [](const std::string& call) {
+    return call.find("stat") != std::string::npos || call.find("xattr") != std::string::npos ||
+           call == "readlink" || call == "access";
+  });
+  EXPECT_THAT(calls, testing::ElementsAre("open", "write", "fchown", "fchmod", "fsync", "close",
+                                          "rename", "open-folder", "fsync", "close"));
+}
+
+TEST(InjectedFaults, DocumentOverAnOldFile) {
+  ExpectEveryFaultSurvived(SaveScene::OldFile, kSaveDocument, Thoroughness::EveryError);
+}
+
+TEST(InjectedFaults, DocumentAsANewFile) {
+  ExpectEveryFaultSurvived(SaveScene::NewFile, kSaveDocument, Thoroughness::EveryError);
+}
+
+TEST(InjectedFaults, DocumentThroughASymbolicLink) {
+  ExpectEveryFaultSurvived(SaveScene::LinkToFile, kSaveDocument, Thoroughness::OneError);
+}
+
+TEST(InjectedFaults, DocumentThroughASymbolicLinkToNothing) {
+  ExpectEveryFaultSurvived(SaveScene::LinkToNothing, kSaveDocument, Thoroughness::OneError);
+}
+
+TEST(InjectedFaults, ConverterOverAnOldFile) {
+  ExpectEveryFaultSurvived(SaveScene::OldFile, SaveBy("converter", ShippedStandard("ISO.xml")),
+                           Thoroughness::OneError);
+}
+
+TEST(InjectedFaults, UpgradedStandardOverAnOldFile) {
+  ExpectEveryFaultSurvived(SaveScene::OldFile, SaveBy("upgrade", ShippedStandard("legacy/ISO.txt")),
+                           Thoroughness::OneError);
+}
+
+TEST(InjectedFaults, FileWithATimeOfItsOwnOverAnOldFile) {
+  ExpectEveryFaultSurvived(SaveScene::OldFile, SaveBy("timed", ShippedStandard("ISO.xml")),
+                           Thoroughness::OneError);
+}
+
+#ifdef HOL_TOOL
+TEST(InjectedFaults, ToolThatConvertsOverAnOldFile) {
+  const Save save = [](const std::string& path, const Faults& faults) {
+    return RunProcess(
+        {HOL_TOOL, "convert", ShippedStandard("legacy/ISO.txt"), "-o", path, "--shipped", "-q"},
+        faults);
+  };
+  ExpectEveryFaultSurvived(SaveScene::OldFile, save, Thoroughness::OneError);
+}
+#endif
+
+TEST(InjectedFaults, WhatAKilledProcessLeftIsInNobodysWayAndStays) {
+  int left = 0;
+  for (const char* fault : {"open:1:kill-after", "write:1:kill-halfway", "rename:1:kill-before"}) {
+    const SaveScene scene(SaveScene::OldFile);
+    EXPECT_EQ(kSaveDocument(scene.Path(), {scene.Folder(), fault}).status, -SIGKILL);
+    FolderSnapshot expected = scene.Now();
+    left += static_cast<int>(expected.size() - scene.Before().size());
+    expected[scene.Target()] = scene.Saved()[scene.Target()];
+    EXPECT_EQ(kSaveDocument(scene.Path(), {}).status, kSaved);
+    EXPECT_EQ(scene.Now(), expected);
+  }
+  EXPECT_EQ(left, 3);
+}
+
+TEST(InjectedFaults, HalfWrittenFileIsForItsWriterOnly) {
+  for (const char* fault : {"open:1:kill-after", "write:1:kill-halfway", "write:1:kill-after"}) {
+    const SaveScene scene(SaveScene::LinkToFile);  // 06754
+    EXPECT_EQ(kSaveDocument(scene.Path(), {scene.Folder(), fault}).status, -SIGKILL);
+    int left = 0;
+    for (const auto& [name, file] : scene.Now()) {
+      if (!name.ends_with(".tmp")) continue;
+      EXPECT_EQ(file.mode & 07777, 0600u) << fault;
+      ++left;
+    }
+    EXPECT_EQ(left, 1) << fault;
+  }
+}
+
+/// So many names of a new file are taken.
+std::string TakenNames(int count) {
+  std::string faults;
+  for (int i = 1; i <= count; ++i)
+    faults += "open:" + std::to_string(i) + ":" + Error(EEXIST) + ",";
+  return faults;
+}
+
+TEST(InjectedFaults, FilesThatHaveTheNamesOfNewOnesAreInNobodysWay) {
+  for (const auto kind : {SaveScene::NewFile, SaveScene::OldFile}) {
+    const SaveScene scene(kind);
+    const ProcessRun run = kSaveDocument(scene.Path(), {scene.Folder(), TakenNames(99)});
+    EXPECT_EQ(run.status, kSaved) << run.message;
+    EXPECT_EQ(scene.Now(), scene.Saved());
+    EXPECT_EQ(std::count(run.calls.begin(), run.calls.end(), "open"), 100);
+  }
+}
+
+TEST(InjectedFaults, SaveThatFindsNoNameForANewFileIsRefusedAfterSomeTries) {
+  for (const auto kind : {SaveScene::NewFile, SaveScene::OldFile}) {
+    const SaveScene scene(kind);
+    const ProcessRun run = kSaveDocument(scene.Path(), {scene.Folder(), TakenNames(1000)});
+    EXPECT_EQ(run.status, kNotSaved);
+    EXPECT_EQ(scene.Now(), scene.Before());
+    ExpectMessage(run, scene.Path(), ReasonOf(EEXIST));
+    EXPECT_LT(std::count(run.calls.begin(), run.calls.end(), "open"), 200);
+  }
+}
+
+TEST(InjectedFaults, DiskThatFillsUpHalfWay) {
+  for (const auto kind : {SaveScene::NewFile, SaveScene::OldFile}) {
+    const SaveScene scene(kind);
+    const ProcessRun run =
+        kSaveDocument(scene.Path(), {scene.Folder(), "write:1:short,write:2:" + Error(ENOSPC)});
+    EXPECT_EQ(run.status, kNotSaved);
+    EXPECT_EQ(scene.Now(), scene.Before());
+    ExpectMessage(run, scene.Path(), ReasonOf(ENOSPC));
+    ++figures.faults;
+    ++figures.refused;
+  }
+}
+
+TEST(InjectedFaults, FileThatCannotBeTidiedAwayHidesNothing) {
+  const SaveScene scene(SaveScene::OldFile);
+  const ProcessRun run = kSaveDocument(
+      scene.Path(), {scene.Folder(), "write:1:" + Error(ENOSPC) + ",unlink:1:" + Error(EROFS)});
+  EXPECT_EQ(run.status, kNotSaved);
+  ExpectMessage(run, scene.Path(), ReasonOf(ENOSPC));
+  FolderSnapshot now = scene.Now();
+  TakeLeftover(now, scene.Before(), scene.Target());
+  EXPECT_EQ(now, scene.Before());
+}
+
+TEST(InjectedFaults, RenameThatIsDoneButToldToHaveFailed) {
+  const SaveScene scene(SaveScene::OldFile);
+  const ProcessRun run = kSaveDocument(scene.Path(), {scene.Folder(), "rename:1:" + Late(EIO)});
+  EXPECT_EQ(run.status, kNotSaved);
+  ExpectMessage(run, scene.Path(), ReasonOf(EIO));
+  EXPECT_EQ(scene.Now(), scene.Saved());
+}
+
+TEST(InjectedFaults, OwnerAndGroupThatCannotBeKeptLetNobodyIn) {
+  if (::geteuid() != 0) {
+    GTEST_SKIP() << "only root can make a file of another owner, whom a save cannot keep";
+  }
+  const SaveScene scene(SaveScene::LinkToFile);  // 06754
+  const ProcessRun run = kSaveDocument(
+      scene.Path(), {scene.Folder(), "fchown:1:" + Error(EPERM) + ",fchown:2:" + Error(EPERM)});
+  EXPECT_EQ(run.status, kSaved) << run.message;
+  FolderSnapshot expected = scene.Saved();
+  expected[scene.Target()].owner = ::geteuid();
+  expected[scene.Target()].group = ::getegid();
+  expected[scene.Target()].mode = S_IFREG | 0744;
+  EXPECT_EQ(scene.Now(), expected);
+}
+
+TEST(InjectedFaults, FileSystemThatGivesAllFilesTheSamePermissions) {
+  const SaveScene scene(SaveScene::OldFile);
+  const std::string target = scene.Folder() / scene.Target();
+  ASSERT_EQ(::removexattr(target.c_str(), kListName.data()) == 0 || errno == ENODATA ||
+                errno == EOPNOTSUPP,
+            true);
+  ASSERT_EQ(::chmod(target.c_str(), 0600), 0);
+  const ProcessRun run = kSaveDocument(scene.Path(), {scene.Folder(), "fchmod:1:" + Error(EPERM)});
+  EXPECT_EQ(run.status, kSaved) << run.message;
+  EXPECT_EQ(ReadWholeFile(target), kNewContent);
+}
+
+}  // namespace

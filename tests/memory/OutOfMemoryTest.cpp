@@ -1,0 +1,244 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "FailingMemory.h"
+#include "ProcessApart.h"
+#include "TemporaryFolder.h"
+#include "VyrAnnStandardXMLParser.h"
+#include "VyrDiagnostics.h"
+#include "VyrDrwParseStandard.h"
+#include "VyrFiles.h"
+#include "VyrWithinMemory.h"
+#include "VyrXMLReader.h"
+
+// Memory that runs out at any request: what was asked for is refused or done, and done right.
+
+namespace {
+
+/// Runs the piece of work that memory is to run out for.
+using Runner = std::function<void(const std::function<void()>& work)>;
+/// One try of an operation; "refused", "done", or what is wrong.
+using Try = std::function<std::string(const Runner& run)>;
+
+/// Whether a refusal says that memory ran out, in full or in short.
+bool TellsOfMemory(std::string_view problem) {
+  return problem == kVyrOutOfMemory || problem == kVyrOutOfMemoryInShort;
+}
+
+std::string AnswerOf(bool isDone, std::string_view problem) {
+  if (isDone) return problem.empty() ? "done" : "done with a problem";
+  return TellsOfMemory(problem) ? "refused" : "refused because it " + std::string(problem);
+}
+
+/// Lets each request fail that a work makes: all of the first ones, then one out of `sparse`
+/// percent more. "sound" when each time it is refused or done, and refused more than once.
+std::string AnswerToFailures(Failing failing, const Try& attempt, std::size_t sparse = 0) {
+  VyrSetDiagnosticSinks({[](std::string_view) {}, [](std::string_view) {}, [](std::string_view) {},
+                         [](std::string_view) {}});
+  constexpr std::size_t firstOnes = 500;
+  std::size_t refused = 0;
+  for (std::size_t request = 1;; request += request < firstOnes ? 1 : 1 + request * sparse / 100) {
+    bool hasFailed = false;
+    bool hasThrown = false;
+    const std::string answer = attempt([&](const std::function<void()>& work) {
+      FailingMemory memory(failing, request);
+      try {
+        work();
+      } catch (const std::bad_alloc&) {
+        hasThrown = true;
+      }
+      hasFailed = memory.HasFailed();
+    });
+    const std::string at = "request " + std::to_string(request) + ": ";
+    if (hasThrown) return at + "an exception leaves the library";
+    if (!hasFailed) return answer == "done" && refused > 1 ? "sound" : at + answer + " at last";
+    if (answer != "done" && answer != "refused") return at + answer;
+    refused += answer == "refused" ? 1 : 0;
+  }
+}
+
+/// The same in a process of its own: what is lost there when an exception passes is not counted.
+std::string AnswerApart(Failing failing, const Try& attempt, std::size_t sparse = 0) {
+  const ApartRun run = RunApart([&] { return AnswerToFailures(failing, attempt, sparse); });
+  return run.hasEnded ? run.answer : run.end;
+}
+
+/// Every kind of markup, and text that is put together.
+const std::string kDocument =
+    "<?xml version='1.0' encoding='ISO-8859-1'?>\n"
+    "<!DOCTYPE std:node [<!ENTITY e 'a text of an entity \xB1'><!ENTITY f '<std:intval "
+    "name=\"N\">7</std:intval>'><!ENTITY % p '<!ENTITY g \"x\">'> %p;"
+    "<!ATTLIST std:enumdef more CDATA 'a default that is longer than a few letters'>]>\n"
+    "<std:node xmlns:std='http://schemas.hol-standard.example/drafting/std' name='drafting'>"
+    "<!-- a comment that is longer than a few letters --><?target and what it is to do there?>"
+    "<std:enumdef name='YesNo'><std:strval>Yes</std:strval><std:strval>No</std:strval>"
+    "</std:enumdef><std:node name='General and more of it'><std:node name='A'>"
+    "<std:strval><![CDATA[a section longer than a few]]>&e;&amp;&#x2300;&g;</std:strval></std:node>"
+    "<std:node name='B'><std:enumval name='YesNo'>No</std:enumval></std:node>&f;"
+    "<std:node name='C' xmlns:q='another namespace than that'><std:colorval>1,2,3</std:colorval>"
+    "</std:node></std:node></std:node>";
+
+/// All that a tree holds.
+std::string ContentOf(const VyrXMLTree& tree) {
+  std::string content;
+  for (VyrXMLTree::Index item = 1; item < tree.GetCount(); ++item) {
+    content += "|" + std::to_string(tree.GetParent(item)) + " ";
+    const bool isElement = tree.GetKind(item) == VyrXMLTree::Kind::Element;
+    content += isElement ? tree.GetName(tree.GetNameId(item)).qualifiedName
+                         : std::string(tree.GetText(item));
+    if (!isElement) continue;
+    content += tree.GetName(tree.GetNameId(item)).namespaceURI;
+    for (const VyrXMLTree::Attribute& attribute : tree.GetAttributes(item)) {
+      content += " " + tree.GetName(attribute.name).qualifiedName + "=";
+      content += tree.GetValue(attribute);
+    }
+  }
+  return content;
+}
+
+std::string TryToRead(const Runner& run) {
+  VyrXMLTree tree;
+  VyrProblem problem;
+  bool isRead = false;
+  run([&] { isRead = VyrReadXML(kDocument, nullptr, tree, problem); });
+  if (isRead) {
+    VyrXMLTree whole;
+    VyrProblem none;
+    VyrReadXML(kDocument, nullptr, whole, none);
+    if (ContentOf(tree) != ContentOf(whole)) return "another content: " + ContentOf(tree);
+  }
+  return AnswerOf(isRead, problem.text.View());
+}
+
+TEST(OutOfMemory, DocumentIsReadOrRefusedWhicheverRequestFails) {
+  for (const Failing failing : {Failing::Once, Failing::Onward}) {
+    EXPECT_EQ(AnswerApart(failing, TryToRead), "sound");
+  }
+}
+
+TEST(OutOfMemory, FileIsReadOrRefused) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Write("file", kDocument);
+  const Try attempt = [&](const Runner& run) -> std::string {
+    std::string content = "old";
+    std::string problem;
+    run([&] { problem = VyrReadFile(path, content); });
+    if (content != (problem.empty() ? kDocument : "old")) return "half a file";
+    return AnswerOf(problem.empty(), problem);
+  };
+  for (const Failing failing : {Failing::Once, Failing::Onward}) {
+    EXPECT_EQ(AnswerApart(failing, attempt), "sound");
+  }
+}
+
+std::string SavedText(VyrAnnStandardXMLParser& document) {
+  VyrUnicodeString text;
+  document.SaveInString(text);
+  return text.CString();
+}
+
+TEST(OutOfMemory, StandardIsDecodedOrRefused) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Write("STD.xml", kDocument);
+  VyrAnnStandardXMLParser whole;
+  ASSERT_EQ(whole.DecodeXML(path, 1), 0);
+  const std::string text = SavedText(whole);
+  const Try attempt = [&](const Runner& run) -> std::string {
+    VyrAnnStandardXMLParser document;
+    int result = -1;
+    run([&] { result = document.DecodeXML(path, 1); });
+    if (result == 0 && SavedText(document) != text) return "another content";
+    return AnswerOf(result == 0, document.GetProblem().text.View());
+  };
+  for (const Failing failing : {Failing::Once, Failing::Onward}) {
+    EXPECT_EQ(AnswerApart(failing, attempt), "sound");
+  }
+}
+
+/// Whether `path` holds the right one of two contents, and nothing else is in its folder.
+std::string FaultOfSave(const std::string& path, bool isSaved, const std::string& oldContent,
+                        const std::string& newContent) {
+  namespace fs = std::filesystem;
+  const fs::path folder = fs::path(path).parent_path();
+  const auto files = std::distance(fs::directory_iterator(folder), fs::directory_iterator());
+  if (files != 1) return "another file is left";
+  return ReadWholeFile(path) == (isSaved ? newContent : oldContent) ? "" : "another content";
+}
+
+TEST(OutOfMemory, StandardIsSavedOrTheOldFileKept) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Write("STD.xml", kDocument);
+  VyrAnnStandardXMLParser document;
+  ASSERT_EQ(document.DecodeXML(path, 1), 0);
+  const std::string text = SavedText(document);
+  const Try attempt = [&](const Runner& run) {
+    folder.Write("STD.xml", kDocument);
+    HRESULT result = E_UNEXPECTED;
+    run([&] { result = document.SaveInFile(path); });
+    const bool isSaved = VyrSucceeded(result);
+    const std::string fault = FaultOfSave(path, isSaved, kDocument, text);
+    return fault.empty() ? AnswerOf(isSaved, document.GetProblem().text.View()) : fault;
+  };
+  for (const Failing failing : {Failing::Once, Failing::Onward}) {
+    EXPECT_EQ(AnswerApart(failing, attempt), "sound");
+  }
+}
+
+/// Reads a standard, brings it to the current version and saves it in its place.
+std::string TryToUpgrade(const Runner& run, const TemporaryFolder& folder, const std::string& old,
+                         const std::string& current, bool isText) {
+  const std::string path = folder.Write("STD.xml", old);
+  VyrDrwParseStandard standard(path);
+  VyrDrwParseStandardUpgradeOptions options;
+  HRESULT result = E_UNEXPECTED;
+  run([&] {
+    if (isText) {
+      standard.DecodeText();
+    } else {
+      standard.Decode();
+    }
+    result = standard.EncodeToFile(path.c_str(), -1, options);
+  });
+  const bool isSaved = VyrSucceeded(result);
+  const std::string fault = FaultOfSave(path, isSaved, old, current);
+  return fault.empty() ? AnswerOf(isSaved, standard.GetProblem().text.View()) : fault;
+}
+
+/// What an upgrade that lacks nothing makes of a standard.
+std::string Upgraded(const std::string& old, bool isText) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Write("STD.xml", old);
+  VyrDrwParseStandard standard(path);
+  VyrDrwParseStandardUpgradeOptions options;
+  if (isText) {
+    standard.DecodeText();
+  } else {
+    standard.Decode();
+  }
+  EXPECT_EQ(standard.EncodeToFile(path.c_str(), -1, options), S_OK);
+  return ReadWholeFile(path);
+}
+
+TEST(OutOfMemory, StandardIsUpgradedOrTheOldFileKept) {
+  struct {
+    const char* file;
+    bool isText;
+  } const cases[] = {{HOL_STANDARDS "/../tests/data/site-v150.xml", false},
+                     {HOL_STANDARDS "/legacy/ISO.txt", true}};
+  constexpr std::size_t percent = kIsSanitized ? 60 : 10;
+  for (const auto& test : cases) {
+    const std::string old = ReadWholeFile(test.file);
+    const std::string current = Upgraded(old, test.isText);
+    const TemporaryFolder folder;
+    const Try attempt = [&](const Runner& run) {
+      return TryToUpgrade(run, folder, old, current, test.isText);
+    };
+    EXPECT_EQ(AnswerApart(Failing::Once, attempt, percent), "sound") << test.file;
+  }
+}
+
+}  // namespace
