@@ -1,40 +1,8 @@
+#include "PseudoTerminal.h"
 #include "ToolRun.h"
 
 using testing::HasSubstr;
 using testing::Not;
-
-namespace {
-
-/// A terminal whose screen the test reads.
-class PseudoTerminal {
- public:
-  PseudoTerminal() {
-    if (::grantpt(screen_) != 0 || ::unlockpt(screen_) != 0) return;
-    path_ = ::ptsname(screen_);
-    // What was written is lost when nobody holds the terminal open.
-    held_ = ::open(path_.c_str(), O_RDWR | O_NOCTTY);
-  }
-  PseudoTerminal(const PseudoTerminal&) = delete;
-  PseudoTerminal& operator=(const PseudoTerminal&) = delete;
-  ~PseudoTerminal() {
-    ::close(held_);
-    ::close(screen_);
-  }
-  bool IsOpen() const { return held_ >= 0; }
-  const std::string& Path() const { return path_; }
-  std::string Read() const {
-    char text[1024];
-    const ssize_t got = ::read(screen_, text, sizeof text);
-    return {text, static_cast<std::size_t>(std::max<ssize_t>(got, 0))};
-  }
-
- private:
-  int screen_ = ::posix_openpt(O_RDWR | O_NOCTTY);
-  int held_ = -1;
-  std::string path_;
-};
-
-}  // namespace
 
 // What all subcommands have in common.
 
@@ -44,8 +12,8 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
       {{}, "subcommand"},
       {{"fold"},
-       "'fold' is no command; there are convert, upgrade, info, get, tree, edit, sheets, "
-       "styles, check, symbols, standards"},
+       "'fold' is no command; there are convert, upgrade, info, get, tree, edit, restore, diff, "
+       "explain, sheets, styles, check, symbols, standards"},
       {{"info"}, "FILE"},
       {{"info", ""}, "file name"},
       {{"get", file}, "PATH"},
@@ -62,6 +30,11 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
       {{"check", "-", "-"}, "standard input"},
       {{"convert", LegacyText("ISO")}, "--output"},
       {{"convert", LegacyText("ISO"), "-o", "-"}, "standard output"},
+      {{"diff", file}, "B"},
+      {{"diff", file, file, "C"}, "C"},
+      {{"diff", "-", "-"}, "standard input"},
+      {{"explain", file}, "PATH"},
+      {{"explain", file, "A", "B"}, "B"},
       {{"sheets"}, "FILE"},
       {{"sheets", file, file}, file},
       {{"styles"}, "FILE"},
@@ -74,6 +47,12 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
       {{"edit", file, "-c", "node Root:A", "-o", folder / "b.xml", "--in-place"}, "--in-place"},
       {{"edit", file, "-c", "node Root:A", "-f", file, "-o", folder / "b.xml"}, "one of the two"},
       {{"edit", "-", "-c", "node Root:A", "--in-place"}, "standard input"},
+      {{"edit", file, "-c", "node Root:A", "-o", folder / "b.xml", "--no-backup"}, "--in-place"},
+      {{"upgrade", file, "-o", folder / "b.xml", "--no-backup"}, "--in-place"},
+      {{"upgrade", file, "--dry-run", "--no-backup"}, "--in-place"},
+      {{"restore"}, "FILE"},
+      {{"restore", ""}, "file name"},
+      {{"restore", "-"}, "standard input"},
       {{"edit", "-", "-f", "-", "-o", folder / "b.xml"}, "standard input"},
   };
   for (const auto& [arguments, part] : cases) {
@@ -95,8 +74,9 @@ TEST(CommandLine, HelpIsDataAndHasExamples) {
   const ToolRun run = RunTool({"--help"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, "");
-  for (const char* command : {"convert", "info", "get", "tree", "edit", "sheets", "styles", "check",
-                              "symbols", "standards"}) {
+  for (const char* command :
+       {"convert", "upgrade", "info", "get", "tree", "edit", "restore", "diff", "explain", "sheets",
+        "styles", "check", "symbols", "standards"}) {
     EXPECT_THAT(run.out, HasSubstr("\n  " + std::string(command) + " "));
     const ToolRun help = RunTool({command, "--help"});
     EXPECT_EQ(help.status, 0);
@@ -192,6 +172,9 @@ TEST(CommandLine, OutputThatCannotBeWrittenIsStatus4) {
                                                        {"info", "-", "--json"},
                                                        {"get", "-", "Version"},
                                                        {"tree", "-"},
+                                                       {"diff", "ISO", "-"},
+                                                       {"diff", "ISO", "-", "--json"},
+                                                       {"explain", "-", "Version"},
                                                        {"check", "-"},
                                                        {"sheets", "-"},
                                                        {"styles", "-", "Sheet"},
@@ -226,6 +209,9 @@ TEST(CommandLine, WhatCannotBeReadIsStatus3WithFileAndLine) {
              {"info", file},
              {"get", file, "Version"},
              {"tree", file},
+             {"diff", "ISO", file},
+             {"diff", file, "ISO"},
+             {"explain", file, "Version"},
              {"check", file},
              {"sheets", file},
              {"styles", file},
@@ -251,6 +237,8 @@ TEST(CommandLine, AStandardNewerThanTheToolIsStatus6) {
          std::vector<std::vector<std::string>>{{"info", file},
                                                {"get", file, "Version"},
                                                {"tree", file},
+                                               {"diff", "ISO", file},
+                                               {"explain", file, "Version"},
                                                {"check", file},
                                                {"sheets", file},
                                                {"styles", file},
@@ -315,6 +303,8 @@ TEST(CommandLine, WhatOnlyReadsLeavesFilesAndFoldersAsTheyAre) {
   for (const auto& arguments : std::vector<std::vector<std::string>>{{"info", file},
                                                                      {"get", file, "Version"},
                                                                      {"tree", file},
+                                                                     {"diff", file, "ISO"},
+                                                                     {"explain", file, "Version"},
                                                                      {"check", file, broken},
                                                                      {"sheets", file},
                                                                      {"styles", file},
@@ -343,6 +333,7 @@ TEST(CommandLine, HostileArgumentsAreAnsweredLikeAnyOther) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{{"get", "-", name},
                                                                        {"get", "-", name, "--all"},
                                                                        {"get", "-", name, "--type"},
+                                                                       {"explain", "-", name},
                                                                        {"styles", "-", name},
                                                                        {"symbols", name}}) {
       SCOPED_TRACE(arguments.front() + " " + name.substr(0, 40));

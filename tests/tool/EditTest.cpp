@@ -44,6 +44,8 @@ constexpr BadCommand kBadCommands[] = {
     {"node root:A", "'root' is no tree"},
     {"node Styles:A", "begins with Root, Enum or TypeDef"},
     {"node Root.Dimensions:A", "nearest name is 'Dimension'"},
+    {"change Root.dimension.dimltail:1", "did you mean 'Root.Dimension.DIMLTail'?"},
+    {"delete Enum.YesNoo.Yess", "did you mean 'Enum.YesNo.Yes'?"},
     {"instance Root.Dimension.Nothing:A", "'Nothing'"},
     {"value Root.Nothing:A:int:1", "'Nothing'"},
     {"field Root.Nothing.FrameDef:A:int:1", "'Nothing'"},
@@ -72,6 +74,14 @@ constexpr BadCommand kBadCommands[] = {
     {"change Root.Sizes:1", "2 values"},
     {"change Root.Frames.FrameDef:Width:1", "none of them called 'Width'"},
     {"value Enum:A:string:B", "holds nodes only"},
+    // The literal, of the whole result: a later command may define it.
+    {"change Root.Dimension.Blanking:yes", "near is 'Yes'; it has 'Yes', 'No'"},
+    {"change Root.Dimension.Blanking:Perhaps", "no literal of the enumeration 'YesNo'; it has"},
+    {"value Root.Dimension:A:enum.YesNo:Noo", "near is 'No'; it has 'Yes', 'No'"},
+    {"value Root.Dimension:A:enum.YesNoo:Yes", "nearest name is 'YesNo'"},
+    {"value Root.Frames.FrameDef:Kind:enum.YesNo:Yes", "no enumeration 'Kind'"},
+    {"field Root.Frames.FrameDef:YesNo:enum.YesNo:Yse", "near is 'Yes'"},
+    {"each Root.Frames :YesNo:enum.YesNo:Nein", "'Nein' is no literal"},
     // The position; where a node was added to Root before, it has 6.
     {"node Root:A:x", "'x' is no number"},
     {"node Root:A:7", "there are 6 elements"},
@@ -141,6 +151,27 @@ TEST_F(Edit, ACommandThatCannotBeDoneSaysWhyAndNothingIsWritten) {
     ExpectFailure(inPlace, 3, {part});
     EXPECT_EQ(ReadWholeFile(file), SampleStandard());
   }
+}
+
+TEST_F(Edit, ALiteralMayBeDefinedByALaterCommand) {
+  EXPECT_EQ(Run({"change Root.Dimension.Blanking:Maybe", "value Enum.YesNo::string:Maybe"}).status,
+            0);
+  EXPECT_EQ(Branch("Dimension.Blanking"), "node Blanking: enum.YesNo \"Maybe\"\n");
+}
+
+TEST_F(Edit, AValueWhoseEnumerationIsMissingCanBeChanged) {
+  folder.Write("in.xml", Replaced(SampleStandard(), "<std:enumval name=\"YesNo\">",
+                                  "<std:enumval name=\"Missing\">"));
+  EXPECT_EQ(Run({"change Root.Dimension.Blanking:Perhaps"}).status, 0);
+}
+
+TEST_F(Edit, OfALongEnumerationTheNearestLiteralsAreToldAndHowToSeeAll) {
+  std::string many;
+  for (int i = 0; i < 20; ++i) many += "<std:strval>Frame" + std::to_string(i) + "</std:strval>";
+  folder.Write("in.xml", Replaced(SampleStandard(), "<std:strval>No</std:strval>",
+                                  "<std:strval>No</std:strval>" + many));
+  ExpectFailure(Run({"change Root.Dimension.Blanking:frame7"}), 3,
+                {"near are 'Frame7', ", "'holstd tree FILE Enum.YesNo' shows all 22"});
 }
 
 TEST_F(Edit, ABadCommandIsNamedByItsNumber) {

@@ -55,6 +55,7 @@ TEST(Get, WhatIsNotThereIsANegativeAnswer) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"dimension.DIMLTail", "the nearest name is 'Dimension'"},
       {"Dimension.DIMLTale", "the nearest name is 'DIMLTail'"},
+      {"dimension.dimltale", "did you mean 'Dimension.DIMLTail'?"},
       {"Dimension.Nothing.Below", "'Nothing'"},
       {"Frames.FrameDef.Typ", "the nearest name is 'Type'"},
       {"Dimension", "has no value of its own but 4 nodes"},

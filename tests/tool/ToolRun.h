@@ -28,6 +28,7 @@ struct ToolSurroundings {
   std::string input = {};
   std::string inputFile = {};   ///< what standard input is instead of `input`
   std::string outputFile = {};  ///< where standard output leads; empty: it is captured
+  std::string talkFile = {};    ///< where standard error leads; empty: it is captured
   bool isReaderGone = false;    ///< standard output is a pipe that nobody reads
   std::vector<std::pair<std::string, std::string>> environment = {};
   rlim_t mostFileBytes = 0;  ///< of each file it writes; 0: no limit
@@ -76,7 +77,11 @@ void Limit(Resource resource, rlim_t most) {
   } else {
     Redirect(with.outputFile, O_WRONLY, STDOUT_FILENO);
   }
-  Redirect(folder / "err", O_WRONLY | O_CREAT, STDERR_FILENO);
+  if (with.talkFile.empty()) {
+    Redirect(folder / "err", O_WRONLY | O_CREAT, STDERR_FILENO);
+  } else {
+    Redirect(with.talkFile, O_WRONLY, STDERR_FILENO);
+  }
   SetEnvironment(with);
   Limit(RLIMIT_FSIZE, with.mostFileBytes);
   Limit(RLIMIT_AS, with.mostMemory);

@@ -57,6 +57,7 @@ TEST(Tree, APathIsOneOfTheCommandsOrOneBelowTheDocumentElement) {
       {"Frames", kFrames},
       {"Root.Frames", kFrames},
       {"Enum.YesNo", "enum YesNo\n  value: string \"Yes\"\n  value: string \"No\"\n"},
+      {"Enum.YesNo.No", "value: string \"No\"\n"},
       {"Dimension.DIMLTail", "node DIMLTail: float 2.0, at least 0.0\n"},
       {"Frames.FrameDef.Type", "value Type: int 21\n"},
       {"TypeDef.FrameDef.Name", "value Name: string \"XXX\"\n"},
@@ -73,6 +74,21 @@ TEST(Tree, AMissingPathIsANegativeAnswer) {
       ExpectFailure(run, 1, {"'Nothing'"});
       EXPECT_EQ(run.out, "");
     }
+  }
+}
+
+TEST(Tree, AMistypedPathIsAnsweredWithTheNearestOne) {
+  const std::vector<std::vector<std::string>> cases = {
+      {"Dimension.DIMLTale", "nearest name is 'DIMLTail'",
+       "did you mean 'Root.Dimension.DIMLTail'?"},
+      {"Root.Frame.FrameDf.typ", "nearest name is 'Frames'",
+       "did you mean 'Root.Frames.FrameDef.Type'?"},
+      {"Enum.yesno", "did you mean 'Enum.YesNo'?"},
+      {"TypeDef.FrameDef.Nam", "did you mean 'TypeDef.FrameDef.Name'?"},
+  };
+  for (const auto& each : cases) {
+    ExpectFailure(RunTool({"tree", "-", each[0]}, {.input = SampleStandard()}), 1,
+                  {each.begin() + 1, each.end()});
   }
 }
 

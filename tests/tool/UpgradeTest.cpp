@@ -8,8 +8,9 @@ namespace {
 std::string SiteStandard(const TemporaryFolder& folder, const std::string& version) {
   const std::string file = folder / ("site-" + version + ".xml");
   EXPECT_EQ(RunTool({"convert", LegacyText("ISO"), "-o", file, "--to", version}).status, 0);
-  EXPECT_EQ(RunTool({"edit", file, "--in-place", "-c", "change Root.Dimension.DIMLTail:12.5", "-c",
-                     "node Root:Site", "-c", "value Root.Site:Owner:string:設計部"})
+  EXPECT_EQ(RunTool({"edit", file, "--in-place", "--no-backup", "-c",
+                     "change Root.Dimension.DIMLTail:12.5", "-c", "node Root:Site", "-c",
+                     "value Root.Site:Owner:string:設計部"})
                 .status,
             0);
   return file;
@@ -153,7 +154,8 @@ TEST(Upgrade, WhatTheLibraryHadToGuessIsWarnedOf) {
   const TemporaryFolder folder;
   const std::string file = SiteStandard(folder, "90");
   ASSERT_EQ(RunTool({"edit", file, "--in-place", "-c",
-                     "change Root.Styles.Text.Default.Text.Blanking:Sometimes"})
+                     "change Root.Styles.Text.Default.Text.Blanking:Sometimes", "-c",
+                     "value Enum.YesNo::string:Sometimes"})
                 .status,
             0);
   const ToolRun run = RunTool({"upgrade", file, "-o", folder / "new.xml"});

@@ -1,5 +1,7 @@
 #include "Arguments.h"
 
+#include <CLI/CLI.hpp>
+
 #include "VyrFiles.h"
 
 namespace {
@@ -14,38 +16,112 @@ std::string MakeNative(std::string& path) {
   return {};
 }
 
+template <class Value>
+Argument Add(CLI::App& command, const char* name, Value& value, const char* type,
+             const std::string& description) {
+  return Argument(command.add_option(name, value, description)->type_name(type));
+}
+
 }  // namespace
 
-CLI::Option* TakesPath(CLI::Option* option) {
-  return option->transform(CLI::Validator(MakeNative, ""));
+Argument& Argument::Required() {
+  option_->required();
+  return *this;
 }
 
-CLI::Option* AddFile(CLI::App& command, std::string& file) {
-  return TakesPath(command.add_option("FILE", file, "XML standard, - for standard input")
-                       ->required()
-                       ->type_name(""));
+Argument& Argument::TakesPath() {
+  option_->transform(CLI::Validator(MakeNative, ""));
+  return *this;
 }
 
-CLI::Option* AddFiles(CLI::App& command, std::vector<std::string>& files) {
-  return TakesPath(command.add_option("FILE", files, "XML standards, - for standard input")
-                       ->required()
-                       ->type_name(""));
+Argument& Argument::Within(long least, long most, const char* described) {
+  option_->check(CLI::Range(least, most, described));
+  return *this;
 }
 
-CLI::Option* AddOutput(CLI::App& command, std::string& output) {
-  return TakesPath(command.add_option("-o,--output", output, "File to write the result to")
-                       ->type_name("FILE")
-                       ->check(CLI::Validator(CheckOutput, "")));
+Argument& Argument::Excludes(const Argument& other) {
+  option_->excludes(other.option_);
+  return *this;
 }
 
-CLI::Option* AddJson(CLI::App& command, bool& json) {
-  return command.add_flag("--json", json, "Print JSON");
+Argument& Argument::Needs(const Argument& other) {
+  option_->needs(other.option_);
+  return *this;
 }
 
-void AddExamples(CLI::App& command, const std::vector<std::string>& lines,
-                 const std::string& note) {
+bool Argument::IsGiven() const {
+  return option_->count() > 0;
+}
+
+Argument Arguments::AddFile(std::string& file) {
+  return AddWord("FILE", file, "XML standard, - for standard input").Required().TakesPath();
+}
+
+Argument Arguments::AddFiles(std::vector<std::string>& files) {
+  return AddWords("FILE", files, "XML standards, - for standard input").Required().TakesPath();
+}
+
+Argument Arguments::AddOutput(std::string& output) {
+  Argument option = AddOption("-o,--output", output, "FILE", "File to write the result to");
+  option.option_->check(CLI::Validator(CheckOutput, ""));
+  return option.TakesPath();
+}
+
+Argument Arguments::AddJson(bool& json) {
+  return AddFlag("--json", json, "Print JSON");
+}
+
+Argument Arguments::AddWord(const char* name, std::string& word, const std::string& description) {
+  return Add(command_, name, word, "", description);
+}
+
+Argument Arguments::AddWord(const char* name, std::optional<std::string>& word,
+                            const std::string& description) {
+  return Add(command_, name, word, "", description);
+}
+
+Argument Arguments::AddWords(const char* name, std::vector<std::string>& words,
+                             const std::string& description) {
+  return Add(command_, name, words, "", description);
+}
+
+Argument Arguments::AddOption(const char* name, std::string& text, const char* value,
+                              const std::string& description) {
+  return Add(command_, name, text, value, description);
+}
+
+Argument Arguments::AddOption(const char* name, int& number, const char* value,
+                              const std::string& description) {
+  return Add(command_, name, number, value, description);
+}
+
+Argument Arguments::AddOption(const char* name, long& number, const char* value,
+                              const std::string& description) {
+  return Add(command_, name, number, value, description);
+}
+
+Argument Arguments::AddOptions(const char* name, std::vector<std::string>& texts, const char* value,
+                               const std::string& description) {
+  Argument options = Add(command_, name, texts, value, description);
+  options.option_->allow_extra_args(false);
+  return options;
+}
+
+Argument Arguments::AddFlag(const char* name, bool& flag, const std::string& description) {
+  return Argument(command_.add_flag(name, flag, description));
+}
+
+void Arguments::AddExamples(const std::vector<std::string>& lines, const std::string& note) {
   std::string text = "Examples:\n";
   for (const std::string& line : lines) text += "  " + line + "\n";
   if (!note.empty()) text += "\n" + note + "\n";
-  command.footer(text + "\nOptions of all commands: holstd --help");
+  command_.footer(text + "\nOptions of all commands: holstd --help");
+}
+
+void Arguments::Hide() {
+  command_.group("");
+}
+
+std::function<std::vector<CommandDescription>()> Arguments::WholeTool() const {
+  return [tool = command_.get_parent()] { return DescribeCommands(*tool); };
 }

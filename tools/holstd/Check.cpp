@@ -137,12 +137,12 @@ ExitStatus CheckFiles(const Options& options, Session& session) {
 
 }  // namespace
 
-Action Check::Register(CLI::App& command) {
+Action Check::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddFiles(command, options->files);
-  AddJson(command, options->json);
-  AddExamples(
-      command, {"holstd check ISO.xml", "holstd check --json *.xml"},
+  command.AddFiles(options->files);
+  command.AddJson(options->json);
+  command.AddExamples(
+      {"holstd check ISO.xml", "holstd check --json *.xml"},
       "A standard is valid when its enumeration values are defined, its version can be told "
       "and,\nfrom version 60 on, its sheet styles and sheet formats can be used.");
   return [options](Session& session) { return CheckFiles(*options, session); };

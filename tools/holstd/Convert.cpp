@@ -54,14 +54,12 @@ ExitStatus ConvertFile(const Options& options, Session& session) {
 
 }  // namespace
 
-Action Convert::Register(CLI::App& command) {
+Action Convert::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  TakesPath(command.add_option("TEXTFILE", options->text, "Text, - for standard input")
-                ->required()
-                ->type_name(""));
-  AddOutput(command, options->output)->required();
+  command.AddWord("TEXTFILE", options->text, "Text, - for standard input").Required().TakesPath();
+  command.AddOutput(options->output).Required();
   AddUpgradeOptions(command, options->upgrade);
-  AddExamples(command, {"holstd convert standards/legacy/ISO.txt -o ISO.xml",
-                        "holstd convert - -o ISO.xml < ISO.txt"});
+  command.AddExamples({"holstd convert standards/legacy/ISO.txt -o ISO.xml",
+                       "holstd convert - -o ISO.xml < ISO.txt"});
   return [options](Session& session) { return ConvertFile(*options, session); };
 }

@@ -1,12 +1,16 @@
 #include <algorithm>
 #include <deque>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "Arguments.h"
 #include "Format.h"
+#include "InPlace.h"
 #include "InputFile.h"
 #include "Objections.h"
 #include "Reports.h"
+#include "Signals.h"
 #include "Standard.h"
 #include "Subcommands.h"
 #include "VyrAnnStandardScript.h"
@@ -23,7 +27,7 @@ struct Options {
   std::vector<std::string> commands;
   std::string script;
   std::string output;
-  bool isInPlace = false;
+  InPlaceOptions inPlace;
 };
 
 /// A command and where the user wrote it.
@@ -98,10 +102,25 @@ class Steps {
   std::vector<Step> steps_;
 };
 
+/// Literals that commands wrote. Whether they are defined is asked when all is done: a script may
+/// define them later.
+using Literals = std::vector<std::pair<const Step*, WrittenLiteral>>;
+
+void CheckLiterals(VyrAnnStandardXMLParser& document, const Literals& literals) {
+  for (const auto& [step, written] : literals) {
+    const std::string objection = ObjectionToLiteral(document, written);
+    if (!objection.empty()) throw Failure{kInvalidInput, step->place, step->line, objection};
+  }
+}
+
 /// Does a command that serves one place only. Throws `Failure` when it cannot be done.
-void RunOne(VyrAnnStandardXMLParser& document, const Step& step, const Command& command) {
+void RunOne(VyrAnnStandardXMLParser& document, const Step& step, const Command& command,
+            Literals& literals) {
   const std::string objection = ObjectionTo(document, command.verb, command.text);
   if (!objection.empty()) throw Failure{kInvalidInput, step.place, step.line, objection};
+  if (auto written = LiteralWritten(document, command.verb, command.text)) {
+    literals.emplace_back(&step, std::move(*written));
+  }
   const ReportRecorder recorder;
   const int result = command.Run(document);
   if (result == 0 && recorder.failedChecks.empty()) return;
@@ -111,7 +130,7 @@ void RunOne(VyrAnnStandardXMLParser& document, const Step& step, const Command& 
 }
 
 /// Does an each-command child by child: it is done for every one of them, or not at all.
-void RunEach(VyrAnnStandardXMLParser& document, const Step& step) {
+void RunEach(VyrAnnStandardXMLParser& document, const Step& step, Literals& literals) {
   const VyrAnnStandardXMLNode_var parent(document.GetNodeWithPath(step.command.path));
   if (!parent || parent->GetNodes().empty()) {
     throw Failure{kInvalidInput, step.place, step.line,
@@ -127,13 +146,14 @@ void RunEach(VyrAnnStandardXMLParser& document, const Step& step) {
     std::string text(step.command.path);
     text.append(".").append(child->GetNodeName().View()).append(step.command.text);
     command.text = text;
-    RunOne(document, step, command);
+    RunOne(document, step, command, literals);
   }
 }
 
 /// Returns the number of commands done; the others are not for standards of this parent.
 long RunAll(Standard& standard, const Steps& steps, const Session& session) {
   long done = 0;
+  Literals literals;
   for (const Step& step : steps.All()) {
     const std::string place =
         step.line > 0 ? step.place + ":" + std::to_string(step.line) : step.place;
@@ -144,13 +164,14 @@ long RunAll(Standard& standard, const Steps& steps, const Session& session) {
     }
     const bool isEach = step.command.verb == Verb::Each || step.command.verb == Verb::EachNode;
     if (isEach) {
-      RunEach(standard.document, step);
+      RunEach(standard.document, step, literals);
     } else {
-      RunOne(standard.document, step, step.command);
+      RunOne(standard.document, step, step.command, literals);
     }
     session.SayInDetail(place + ": done: " + std::string(step.source));
     ++done;
   }
+  CheckLiterals(standard.document, literals);
   return done;
 }
 
@@ -179,10 +200,10 @@ void CheckUsage(const Options& options) {
         "edit takes commands with -c or a script with -f, one of the two; see holstd edit "
         "--help");
   }
-  if (options.output.empty() != options.isInPlace) {
+  if (options.output.empty() != options.inPlace.isWanted) {
     refuse("edit writes to -o FILE or --in-place, one of the two; see holstd edit --help");
   }
-  if (options.isInPlace && options.file == "-") {
+  if (options.inPlace.isWanted && options.file == "-") {
     refuse("standard input cannot be edited in place; give -o FILE");
   }
   if (options.file == "-" && options.script == "-") {
@@ -191,7 +212,7 @@ void CheckUsage(const Options& options) {
 }
 
 void CheckOutput(const Options& options) {
-  if (options.isInPlace) return;
+  if (options.inPlace.isWanted) return;
   if (options.file != "-" && IsSameFile(options.file, options.output)) {
     throw Failure{kUndecided, options.output, 0,
                   "is the standard itself; to replace it give --in-place instead of -o"};
@@ -208,41 +229,46 @@ ExitStatus EditFile(const Options& options, const Session& session) {
   const Steps steps(options);
   Standard standard = ReadStandard(options.file);
   const long done = RunAll(standard, steps, session);
-  const std::string& target = options.isInPlace ? options.file : options.output;
-  if (done == 0 && options.isInPlace) {
+  const std::string& target = options.inPlace.isWanted ? options.file : options.output;
+  if (done == 0 && options.inPlace.isWanted) {
     session.Say(target + ": left as it is, no command is for it");
     return kDone;
   }
   const std::string text = Saved(standard);
+  const std::string talk = Counted(done, "command") + " done";
+  if (options.inPlace.isWanted) {
+    session.Say(TalkOf(target, ReplaceInPlace(target, text, options.inPlace), talk));
+    return kDone;
+  }
+  const SignalsWait wait;
   if (const std::string problem = VyrSaveFile(target, text); !problem.empty()) {
     throw Failure{kNotWritten, target, 0, problem};
   }
-  session.Say(target + ": written, " + Counted(done, "command") + " done");
+  session.Say(target + ": written, " + talk);
   return kDone;
 }
 
 }  // namespace
 
-Action Edit::Register(CLI::App& command) {
+Action Edit::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddFile(command, options->file);
+  command.AddFile(options->file);
+  command.AddOptions("-c,--command", options->commands, "\"VERB COMMAND\"",
+                     "A command, as a script has it; may be repeated");
   command
-      .add_option("-c,--command", options->commands,
-                  "A command, as a script has it; may be repeated")
-      ->type_name("\"VERB COMMAND\"")
-      ->allow_extra_args(false);
-  TakesPath(command
-                .add_option("-f,--file", options->script,
-                            "Script with a command a line, - for standard input")
-                ->type_name("SCRIPT"));
-  AddOutput(command, options->output);
-  command.add_flag("--in-place", options->isInPlace, "Replace FILE by the result");
-  AddExamples(command,
-              {"holstd edit ISO.xml -o site.xml -c 'change Root.Dimension.DIMLTail:12.5'",
-               "holstd edit site.xml --in-place -c 'node Root:Site' \\",
-               "    -c 'value Root.Site:Owner:string:Design office'",
-               "holstd edit ISO.xml -o site.xml -f site.txt -v"},
-              "Verbs: node, instance, value, field, change, delete, each, each-node.\n"
-              "The target is written when every command could be done, else not at all.");
+      .AddOption("-f,--file", options->script, "SCRIPT",
+                 "Script with a command a line, - for standard input")
+      .TakesPath();
+  command.AddOutput(options->output);
+  AddInPlace(command, options->inPlace, "Replace FILE by the result");
+  command.AddExamples(
+      {"holstd edit ISO.xml -o site.xml -c 'change Root.Dimension.DIMLTail:12.5'",
+       "holstd edit site.xml --in-place -c 'node Root:Site' \\",
+       "    -c 'value Root.Site:Owner:string:Design office'",
+       "holstd edit ISO.xml -o site.xml -f site.txt -v"},
+      std::string("Verbs: node, instance, value, field, change, delete, each, each-node.\n"
+                  "The target is written when every command could be done, else not at "
+                  "all.\n\n") +
+          kBackupNote);
   return [options](Session& session) { return EditFile(*options, session); };
 }

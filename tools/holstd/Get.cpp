@@ -36,15 +36,6 @@ Failure Negative(const Query& query, const std::string& text) {
   return {kNegativeAnswer, query.options.file, 0, text};
 }
 
-std::string MissingBelow(const Query& query, const std::string& name, const std::string& found) {
-  NearestName nearest(name);
-  for (const std::string& other : query.matches.NamesBelow(found)) nearest.Consider(other);
-  const std::string place = found.empty() ? "in the standard" : "below " + Quoted(found);
-  return "there is no " + Quoted(name) + " " + place +
-         (nearest.Get().empty() ? "; 'holstd tree' shows what there is"
-                                : "; the nearest name is " + Quoted(nearest.Get()));
-}
-
 /// Says which name of a path that finds nothing is the first that leads nowhere.
 std::string NotFound(const Query& query) {
   const std::string& path = query.options.path;
@@ -55,18 +46,18 @@ std::string NotFound(const Query& query) {
   if (path.find('\'') != std::string::npos) {
     return "there is no " + Quoted(path) + "; no query finds a name with an apostrophe";
   }
-  std::string found;
-  for (std::size_t begin = 0; begin < path.size();) {
-    const std::size_t end = std::min(path.find('.', begin), path.size());
-    const std::string longer = path.substr(0, end);
-    // One dot more, which is nothing in itself, makes an empty name count at the end as well.
-    if (query.standard.HasNode((longer + ".").c_str()) == 0) {
-      return MissingBelow(query, path.substr(begin, end - begin), found);
-    }
-    found = longer;
-    begin = end + 1;
-  }
-  return "there is no " + Quoted(path);
+  // One dot more, which is nothing in itself, makes an empty name count at the end as well.
+  const auto isThere = [&](const std::string& longer) {
+    return query.standard.HasNode((longer + ".").c_str()) != 0;
+  };
+  const PathCorrection correction =
+      CorrectPath(path, isThere, [&](const std::string& found, NearestName& nearest) {
+        for (const std::string& other : query.matches.NamesBelow(found)) nearest.Consider(other);
+      });
+  if (!correction.isNeeded) return "there is no " + Quoted(path);
+  return "there is no " + Quoted(correction.name) + " " +
+         (correction.below.empty() ? "in the standard" : "below " + Quoted(correction.below)) +
+         "; " + correction.Said("'holstd tree' shows what there is");
 }
 
 /// Says why an element that the path finds has nothing to tell.
@@ -216,33 +207,30 @@ ExitStatus PrintValues(const Options& options, Session& session) {
 
 }  // namespace
 
-Action Get::Register(CLI::App& command) {
+Action Get::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddFile(command, options->file);
-  command
-      .add_option("PATH", options->path, "Names joined by dots, each at any depth below the last")
-      ->required()
-      ->type_name("");
-  CLI::Option* index =
-      command.add_option("--index", options->index, "Print the N-th value instead of the first")
-          ->type_name("N")
-          ->check(CLI::Range(1L, std::numeric_limits<long>::max(), "N, from 1"));
-  CLI::Option* all = command.add_flag("--all", options->all, "Print all values, one a line");
-  CLI::Option* type =
-      command.add_flag("--type", options->type, "Print the type of the values and their number");
-  index->excludes(all)->excludes(type);
-  all->excludes(type);
-  AddJson(command, options->json);
-  AddExamples(command,
-              {"holstd get ISO.xml Dimension.ParentStandard",
-               "holstd get ISO.xml General.AllowedTextFontSizes --type",
-               "holstd get ISO.xml SheetFormat.Name --all",
-               "holstd get ISO.xml ToleranceFormats.ToleranceDisplay.Name --index 3",
-               "holstd get --json - Dimension.DIMLTail < ISO.xml"},
-              "Answers what the application is told. A path finds every element of its last name,\n"
-              "in the order of the file: nodes, and values that carry the name themselves. Of a "
-              "node\nthe first value is told, and the type is that of all values of the first "
-              "node.\nWith --all a line break inside a value is shown as \\n; --json has the "
-              "text as it is.");
+  command.AddFile(options->file);
+  command.AddWord("PATH", options->path, "Names joined by dots, each at any depth below the last")
+      .Required();
+  Argument index =
+      command.AddOption("--index", options->index, "N", "Print the N-th value instead of the first")
+          .Within(1, std::numeric_limits<long>::max(), "N, from 1");
+  Argument all = command.AddFlag("--all", options->all, "Print all values, one a line");
+  const Argument type =
+      command.AddFlag("--type", options->type, "Print the type of the values and their number");
+  index.Excludes(all).Excludes(type);
+  all.Excludes(type);
+  command.AddJson(options->json);
+  command.AddExamples(
+      {"holstd get ISO.xml Dimension.ParentStandard",
+       "holstd get ISO.xml General.AllowedTextFontSizes --type",
+       "holstd get ISO.xml SheetFormat.Name --all",
+       "holstd get ISO.xml ToleranceFormats.ToleranceDisplay.Name --index 3",
+       "holstd get --json - Dimension.DIMLTail < ISO.xml"},
+      "Answers what the application is told. A path finds every element of its last name,\n"
+      "in the order of the file: nodes, and values that carry the name themselves. Of a "
+      "node\nthe first value is told, and the type is that of all values of the first "
+      "node.\nWith --all a line break inside a value is shown as \\n; --json has the "
+      "text as it is.");
   return [options](Session& session) { return PrintValues(*options, session); };
 }

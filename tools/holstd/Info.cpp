@@ -90,10 +90,10 @@ ExitStatus PrintInfo(const Options& options, Session& session) {
 
 }  // namespace
 
-Action Info::Register(CLI::App& command) {
+Action Info::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddFiles(command, options->files);
-  AddJson(command, options->json);
-  AddExamples(command, {"holstd info ISO.xml", "holstd info --json *.xml"});
+  command.AddFiles(options->files);
+  command.AddJson(options->json);
+  command.AddExamples({"holstd info ISO.xml", "holstd info --json *.xml"});
   return [options](Session& session) { return PrintInfo(*options, session); };
 }

@@ -1,24 +1,40 @@
 #include "Nearest.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 #include <vector>
+
+#include "Format.h"
 
 namespace {
 
 // The comparison takes the product of both lengths.
 constexpr std::size_t kLongestCompared = 64;
+constexpr std::size_t kFew = 3;
 
-/// Number of letters to add, drop or exchange to make `b` of `a`.
+// To add, drop or exchange a letter; one in the wrong case is hardly a mistake.
+constexpr std::size_t kWrongLetter = 8;
+constexpr std::size_t kWrongCase = 1;
+
+char LowerCase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+std::size_t Difference(char a, char b) {
+  if (a == b) return 0;
+  return LowerCase(a) == LowerCase(b) ? kWrongCase : kWrongLetter;
+}
+
+/// What is wrong with `a` when `b` is meant.
 std::size_t Distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j * kWrongLetter;
   for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
+    std::size_t diagonal = std::exchange(row[0], (i + 1) * kWrongLetter);
     for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t exchanged = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = std::exchange(row[j + 1], std::min({exchanged, row[j] + 1, row[j + 1] + 1}));
+      const std::size_t exchanged = diagonal + Difference(a[i], b[j]);
+      diagonal = std::exchange(
+          row[j + 1], std::min({exchanged, row[j] + kWrongLetter, row[j + 1] + kWrongLetter}));
     }
   }
   return row[b.size()];
@@ -27,12 +43,60 @@ std::size_t Distance(std::string_view a, std::string_view b) {
 }  // namespace
 
 NearestName::NearestName(std::string_view written)
-    : written_(written), least_(written.size() > kLongestCompared ? 0 : written.size() / 3 + 2) {}
+    : written_(written),
+      limit_(written.size() > kLongestCompared ? 0 : (written.size() / 3 + 2) * kWrongLetter),
+      least_(limit_) {}
 
 void NearestName::Consider(std::string_view name) {
-  if (name.empty() || name.size() > written_.size() + least_) return;
+  if (name.empty() || name.size() > written_.size() + limit_ / kWrongLetter) return;
   const std::size_t distance = Distance(written_, name);
+  if (distance >= limit_) return;
+  near_.emplace_back(distance, name);
   if (distance >= least_) return;
   least_ = distance;
   nearest_ = name;
+}
+
+std::vector<std::string> NearestName::GetFew() const {
+  std::vector<std::pair<std::size_t, std::string>> sorted = near_;
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<std::string> names;
+  for (const auto& [distance, name] : sorted) {
+    if (names.size() < kFew) names.push_back(name);
+  }
+  return names;
+}
+
+std::string PathCorrection::Said(const std::string& otherwise) const {
+  if (nearest.empty()) return otherwise;
+  std::string text = "the nearest name is " + Quoted(nearest);
+  if (!path.empty() && path != nearest) text += "; did you mean " + Quoted(path) + "?";
+  return text;
+}
+
+PathCorrection CorrectPath(
+    std::string_view path, const std::function<bool(const std::string& path)>& isThere,
+    const std::function<void(const std::string& path, NearestName& nearest)>& considerBelow) {
+  PathCorrection correction;
+  for (std::size_t begin = 0; begin < path.size();) {
+    const std::size_t end = std::min(path.find('.', begin), path.size());
+    const std::string_view name = path.substr(begin, end - begin);
+    const std::string dotted = correction.path.empty() ? "" : correction.path + ".";
+    begin = end + 1;
+    if (isThere(dotted + std::string(name))) {
+      correction.path = dotted + std::string(name);
+      continue;
+    }
+    NearestName nearest(name);
+    considerBelow(correction.path, nearest);
+    if (!std::exchange(correction.isNeeded, true)) {
+      correction.below = correction.path;
+      correction.name = name;
+      correction.nearest = nearest.Get();
+    }
+    correction.path = nearest.Get().empty() ? "" : dotted + nearest.Get();
+    if (correction.path.empty()) break;
+  }
+  return correction;
 }

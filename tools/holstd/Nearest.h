@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 /// Finds the name that somebody may have meant who wrote another one.
 class NearestName {
@@ -12,9 +15,32 @@ class NearestName {
   void Consider(std::string_view name);
   /// The nearest name that was considered; empty when none is near.
   const std::string& Get() const { return nearest_; }
+  /// The nearest few, the nearest first.
+  std::vector<std::string> GetFew() const;
 
  private:
   std::string written_;
   std::string nearest_;
-  std::size_t least_;  ///< names as far away as this are not near
+  std::size_t limit_;  ///< names as far away as this are not near
+  std::size_t least_;  ///< how far the nearest one is
+  std::vector<std::pair<std::size_t, std::string>> near_;  ///< all, with how far they are
 };
+
+/// What somebody may have meant who wrote a path that leads nowhere.
+struct PathCorrection {
+  bool isNeeded = false;  ///< some name leads nowhere
+  std::string below;      ///< the beginning of the path that is there
+  std::string name;       ///< the name after it, which is not
+  std::string nearest;    ///< the nearest name there; empty when none is near
+  std::string path;       ///< a whole path of names that are there; empty when there is none near
+
+  /// What would be right, as the end of a message; `otherwise` when nothing is near.
+  std::string Said(const std::string& otherwise) const;
+};
+
+/// Goes through the names of a path and takes the nearest one wherever a name leads nowhere.
+/// `isThere` tells whether a beginning of the path leads to something; `considerBelow` offers the
+/// names that may follow it.
+PathCorrection CorrectPath(
+    std::string_view path, const std::function<bool(const std::string& path)>& isThere,
+    const std::function<void(const std::string& path, NearestName& nearest)>& considerBelow);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Format.h"
+#include "Nearest.h"
 #include "Standard.h"
 
 namespace {
@@ -168,7 +169,79 @@ std::string ObjectionToDelete(Document& document, std::string_view path) {
   return MissingName(document, path);
 }
 
+/// The value that `change` is about to change, with what is left of `text` once it is named.
+VyrAnnStandardXMLValue_var ValueToChange(Document& document, std::string_view path,
+                                         std::string_view& text) {
+  const VyrAnnStandardXMLNode_var node(document.GetNodeWithPath(path));
+  if (!node) {
+    const VyrAnnStandardXMLNode_var root(document.GetNodeWithPath("Root"));
+    return VyrAnnStandardXMLValue_var(root->GetValueWithPath(path.substr(path.find('.') + 1)));
+  }
+  if (node->GetNumOfValue() == 1) return node->GetValues().front();
+  std::string_view field;
+  CutField(text, field);
+  return VyrAnnStandardXMLValue_var(node->GetValueByName(field));
+}
+
+std::optional<WrittenLiteral> LiteralChanged(Document& document, std::string_view text) {
+  std::string_view path;
+  CutField(text, path);
+  const VyrAnnStandardXMLValue_var value = ValueToChange(document, path, text);
+  if (!value || value->GetType() != VyrAnnStandardXMLValue::ValueEnum) return std::nullopt;
+  return WrittenLiteral{std::string(value->GetValueName().View()), std::string(text), false};
+}
+
+std::optional<WrittenLiteral> LiteralAdded(Document& document, Verb verb, std::string_view text) {
+  std::string_view path;
+  std::string_view name;
+  std::string_view type;
+  std::string_view value;
+  CutField(text, path);
+  CutField(text, name);
+  CutField(text, type);
+  CutField(text, value);
+  if (!type.starts_with("enum.")) return std::nullopt;
+  const VyrAnnStandardXMLNode_var node(document.GetNodeWithPath(path));
+  const bool isField = verb == Verb::Field || (node && node->GetNodeType() == Node::NodeInstance);
+  // A field takes its literals from the enumeration of its own name.
+  return WrittenLiteral{std::string(isField ? name : type.substr(5)), std::string(value), true};
+}
+
 }  // namespace
+
+std::optional<WrittenLiteral> LiteralWritten(Document& document, Verb verb, std::string_view text) {
+  if (text.substr(0, text.find_first_of(".:")) != "Root") return std::nullopt;
+  if (verb == Verb::Change) return LiteralChanged(document, text);
+  if (verb == Verb::Value || verb == Verb::Field) return LiteralAdded(document, verb, text);
+  return std::nullopt;
+}
+
+std::string ObjectionToLiteral(Document& document, const WrittenLiteral& written) {
+  constexpr std::size_t shortList = 12;
+  const VyrAnnStandardXMLNode_var top(document.GetNodeWithPath("Enum"));
+  const VyrAnnStandardXMLNode_var enumeration(top->GetNodeByName(written.enumeration));
+  if (!enumeration && !written.isNew) return {};
+  if (!enumeration) {
+    return "there is no enumeration " + Quoted(written.enumeration) + " to take " +
+           Quoted(written.literal) +
+           " from: " + MissingName(document, "Enum." + written.enumeration);
+  }
+  NearestName nearest(written.literal);
+  std::vector<std::string> literals;
+  for (const auto& literal : enumeration->GetValues()) {
+    if (literal->GetValue().View() == written.literal) return {};
+    nearest.Consider(literal->GetValue().View());
+    literals.push_back(Quoted(literal->GetValue().View()));
+  }
+  std::string text =
+      Quoted(written.literal) + " is no literal of the enumeration " + Quoted(written.enumeration);
+  std::vector<std::string> few;
+  for (const std::string& literal : nearest.GetFew()) few.push_back(Quoted(literal));
+  if (!few.empty()) text += (few.size() == 1 ? "; near is " : "; near are ") + Joined(few);
+  if (literals.size() <= shortList) return text + "; it has " + Joined(literals);
+  return text + "; 'holstd tree FILE Enum." + written.enumeration + "' shows all " +
+         std::to_string(literals.size());
+}
 
 std::string ObjectionTo(Document& document, Verb verb, std::string_view text) {
   switch (verb) {

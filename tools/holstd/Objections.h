@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,3 +12,18 @@
 /// makes a string, a node without a name, a change without effect. Not for the each-verbs.
 std::string ObjectionTo(VyrAnnStandardXMLParser& document, VyrAnnStandardScript::Verb verb,
                         std::string_view text);
+
+/// A literal that a command writes, and the enumeration that must have it.
+struct WrittenLiteral {
+  std::string enumeration;
+  std::string literal;
+  bool isNew;  ///< no value took its literals from that enumeration at this place before
+};
+/// What a command that nothing speaks against is about to write below "Root"; nothing when that is
+/// no literal.
+std::optional<WrittenLiteral> LiteralWritten(VyrAnnStandardXMLParser& document,
+                                             VyrAnnStandardScript::Verb verb,
+                                             std::string_view text);
+/// Says that a literal is not defined, and what would be; empty when it is. No application opens a
+/// standard with such a literal. Where the whole enumeration was missing before, nothing is worse.
+std::string ObjectionToLiteral(VyrAnnStandardXMLParser& document, const WrittenLiteral& written);

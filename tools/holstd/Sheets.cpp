@@ -175,14 +175,14 @@ ExitStatus PrintSheets(const Options& options, Session& session) {
 
 }  // namespace
 
-Action Sheets::Register(CLI::App& command) {
+Action Sheets::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddFile(command, options->file);
-  AddJson(command, options->json);
-  AddExamples(command,
-              {"holstd sheets ISO.xml", "holstd sheets --json ISO.xml",
-               "holstd convert ISO.txt -o ISO.xml && holstd sheets ISO.xml"},
-              "Lengths are in the standard's unit, millimetres in the shipped ones. '-' stands for "
-              "what\nthe standard does not say.");
+  command.AddFile(options->file);
+  command.AddJson(options->json);
+  command.AddExamples(
+      {"holstd sheets ISO.xml", "holstd sheets --json ISO.xml",
+       "holstd convert ISO.txt -o ISO.xml && holstd sheets ISO.xml"},
+      "Lengths are in the standard's unit, millimetres in the shipped ones. '-' stands for "
+      "what\nthe standard does not say.");
   return [options](Session& session) { return PrintSheets(*options, session); };
 }

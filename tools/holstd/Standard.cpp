@@ -47,12 +47,17 @@ std::string ParentOf(VyrAnnStandardXMLParser& document) {
   return isAsme ? "ASME" : std::string(name.View());
 }
 
-/// Helps who has misspelt a name in `holder`.
-std::string NearestIn(const VyrAnnStandardXMLNode& holder, std::string_view name) {
-  NearestName nearest(name);
+/// Names and literals that may follow in a path.
+void ConsiderIn(const VyrAnnStandardXMLNode& holder, NearestName& nearest) {
   for (const auto& child : holder.GetNodes()) nearest.Consider(child->GetNodeName().View());
-  for (const auto& value : holder.GetValues()) nearest.Consider(value->GetValueName().View());
-  if (!nearest.Get().empty()) return "the nearest name is " + Quoted(nearest.Get());
+  if (WrappedValue(holder) != nullptr) return;
+  const bool holdsLiterals = holder.GetNodeType() == VyrAnnStandardXMLNode::NodeEnum;
+  for (const auto& value : holder.GetValues()) {
+    nearest.Consider(holdsLiterals ? value->GetValue().View() : value->GetValueName().View());
+  }
+}
+
+std::string ContentOf(const VyrAnnStandardXMLNode& holder) {
   return "it holds " + Counted(holder.GetNumOfNode(), "node") + " and " +
          Counted(holder.GetNumOfValue(), "value") + ", none of that name";
 }
@@ -106,28 +111,29 @@ std::optional<Found> FindAt(VyrAnnStandardXMLParser& document, std::string_view 
   if (dot == std::string_view::npos) return std::nullopt;
   const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(path.substr(0, dot)));
   if (!holder) return std::nullopt;
-  VyrAnnStandardXMLValue_var value(holder->GetValueByName(path.substr(dot + 1)));
+  const std::string_view last = path.substr(dot + 1);
+  const bool holdsLiterals = holder->GetNodeType() == VyrAnnStandardXMLNode::NodeEnum;
+  VyrAnnStandardXMLValue_var value(holdsLiterals ? holder->GetValueWithPath(last)
+                                                 : holder->GetValueByName(last));
   if (!value) return std::nullopt;
   return Found{{}, std::move(value)};
 }
 
 std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path) {
-  std::size_t end = path.find('.');
-  VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(path.substr(0, end)));
-  if (!holder) {
-    return Quoted(path.substr(0, end)) +
-           " is no tree of a standard; a path begins with Root, Enum or TypeDef";
+  const std::string_view top = path.substr(0, path.find('.'));
+  if (!VyrAnnStandardXMLNode_var(document.GetNodeWithPath(top))) {
+    return Quoted(top) + " is no tree of a standard; a path begins with Root, Enum or TypeDef";
   }
-  while (end != std::string_view::npos) {
-    const std::string_view rest = path.substr(end + 1);
-    const std::string_view name = rest.substr(0, rest.find('.'));
-    VyrAnnStandardXMLNode_var next(holder->GetNodeByName(name));
-    if (!next) {
-      return "there is no " + Quoted(name) + " in " + Quoted(path.substr(0, end)) + "; " +
-             NearestIn(*holder, name);
-    }
-    holder = std::move(next);
-    end = path.find('.', end + 1);
-  }
-  return Quoted(path) + " has nothing of the kind";
+  const auto isThere = [&](const std::string& place) {
+    return FindAt(document, place).has_value();
+  };
+  const PathCorrection correction =
+      CorrectPath(path, isThere, [&](const std::string& place, NearestName& nearest) {
+        const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(place));
+        if (holder) ConsiderIn(*holder, nearest);
+      });
+  if (!correction.isNeeded) return Quoted(path) + " has nothing of the kind";
+  const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(correction.below));
+  return "there is no " + Quoted(correction.name) + " in " + Quoted(correction.below) + "; " +
+         correction.Said(holder ? ContentOf(*holder) : "that is a value, which holds nothing");
 }

@@ -25,7 +25,8 @@ std::string VersionProblem(VyrAnnStandardXMLParser& document);
 /// True when both paths lead to the same file.
 bool IsSameFile(const std::string& a, const std::string& b);
 
-/// A node at a path, else the value that the path's last name names in the node before it.
+/// A node at a path, else the value that the path's last name names in the node before it; in an
+/// enumeration the literal of that text.
 struct Found {
   VyrAnnStandardXMLNode_var node;
   VyrAnnStandardXMLValue_var value;

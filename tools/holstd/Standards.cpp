@@ -6,13 +6,11 @@
 #include "Arguments.h"
 #include "Format.h"
 #include "OpenStandard.h"
-#include "Reports.h"
 #include "Standard.h"
+#include "StandardFiles.h"
 #include "Subcommands.h"
 #include "TextTable.h"
-#include "VyrDftStdPersistence.h"
 #include "VyrEnvironment.h"
-#include "VyrListValVyrUnicodeString.h"
 #include "VyrStdServices.h"
 
 namespace {
@@ -41,17 +39,6 @@ ExitStatus CheckFolders(const Session& session) {
         {worst, folder, 0, std::string("cannot be searched: ") + std::strerror(errno)});
   }
   return worst;
-}
-
-std::vector<std::string> FindFiles() {
-  const UnshownReports unshown;
-  const std::unique_ptr<VyrListValVyrUnicodeString> found(
-      VyrStdServices::GetStandardFiles(VyrDftStdPersistence::VyrDftStdType));
-  std::vector<std::string> files;
-  if (found) {
-    for (const VyrUnicodeString& file : *found) files.emplace_back(file.View());
-  }
-  return files;
 }
 
 ExitStatus ReadEntry(Entry& entry, const Session& session) {
@@ -94,7 +81,7 @@ std::string AsText(const std::vector<Entry>& entries) {
 ExitStatus PrintStandards(const Options& options, Session& session) {
   ExitStatus worst = CheckFolders(session);
   std::vector<Entry> entries;
-  for (const std::string& file : FindFiles()) {
+  for (const std::string& file : FindStandardFiles()) {
     Entry& entry = entries.emplace_back();
     entry.file = file;
     worst = std::max(worst, ReadEntry(entry, session));
@@ -110,13 +97,13 @@ ExitStatus PrintStandards(const Options& options, Session& session) {
 
 }  // namespace
 
-Action Standards::Register(CLI::App& command) {
+Action Standards::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddJson(command, options->json);
-  AddExamples(command,
-              {"holstd standards --json", "VYR_STANDARD_PATH=/site/standards holstd standards"},
-              "The folders are those of VYR_STANDARD_PATH, separated by ':', then that of the "
-              "shipped\nstandards. Of two standards of one name the first found counts, and is "
-              "listed alone.");
+  command.AddJson(options->json);
+  command.AddExamples(
+      {"holstd standards --json", "VYR_STANDARD_PATH=/site/standards holstd standards"},
+      "The folders are those of VYR_STANDARD_PATH, separated by ':', then that of the "
+      "shipped\nstandards. Of two standards of one name the first found counts, and is "
+      "listed alone.");
   return [options](Session& session) { return PrintStandards(*options, session); };
 }

@@ -114,13 +114,12 @@ ExitStatus PrintStyles(const Options& options, Session& session) {
 
 }  // namespace
 
-Action Styles::Register(CLI::App& command) {
+Action Styles::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddFile(command, options->file);
-  command.add_option("TYPE", options->type, "Only the styles of this object type, one a line")
-      ->type_name("");
-  AddJson(command, options->json);
-  AddExamples(command, {"holstd styles ISO.xml", "holstd styles ISO.xml Text",
-                        "holstd styles --json ISO.xml"});
+  command.AddFile(options->file);
+  command.AddWord("TYPE", options->type, "Only the styles of this object type, one a line");
+  command.AddJson(options->json);
+  command.AddExamples(
+      {"holstd styles ISO.xml", "holstd styles ISO.xml Text", "holstd styles --json ISO.xml"});
   return [options](Session& session) { return PrintStyles(*options, session); };
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 
+#include "Arguments.h"
 #include "Session.h"
 
 /// What a subcommand does once its arguments are read.
@@ -13,35 +13,51 @@ using Action = std::function<ExitStatus(Session& session)>;
 //
 // To add one: a struct here, its source, and its row in the table of main.cpp.
 struct Convert {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
 };
 struct Upgrade {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
+};
+struct Restore {
+  static Action Register(Arguments& command);
 };
 struct Info {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
 };
 struct Get {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
 };
 struct Tree {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
 };
 struct Edit {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
+};
+struct Diff {
+  static Action Register(Arguments& command);
+};
+struct Explain {
+  static Action Register(Arguments& command);
 };
 struct Check {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
 };
 struct Sheets {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
 };
 struct Styles {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
 };
 struct Symbols {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
 };
 struct Standards {
-  static Action Register(CLI::App& command);
+  static Action Register(Arguments& command);
+};
+// For scripts.
+struct Manual {
+  static Action Register(Arguments& command);
+};
+struct Complete {
+  static Action Register(Arguments& command);
 };

@@ -159,19 +159,15 @@ ExitStatus PrintSymbols(const Options& options, bool isOne, Session& session) {
 
 }  // namespace
 
-Action Symbols::Register(CLI::App& command) {
+Action Symbols::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  const CLI::Option* tag =
-      command
-          .add_option("TAG", options->tag,
-                      "Tell all of one symbol; the angle brackets may be left out")
-          ->type_name("");
-  AddJson(command, options->json);
-  AddExamples(command,
-              {"holstd symbols DIAMETER", "holstd symbols", "holstd symbols '<DIAMETER>' --json"},
-              "A symbol is a character code in a font; which one depends on the fonts of the text "
-              "and on\nthe parent standard. Images are base64 texts of monochrome bitmaps.");
-  return [options, tag](Session& session) {
-    return PrintSymbols(*options, tag->count() > 0, session);
-  };
+  const Argument tag = command.AddWord(
+      "TAG", options->tag, "Tell all of one symbol; the angle brackets may be left out");
+  command.AddJson(options->json);
+  command.AddExamples(
+      {"holstd symbols DIAMETER", "holstd symbols", "holstd symbols '<DIAMETER>' --json"},
+      "A symbol is a character code in a font; which one depends on the fonts of the text "
+      "and on\nthe parent standard. Images are base64 texts of monochrome bitmaps.");
+  return
+      [options, tag](Session& session) { return PrintSymbols(*options, tag.IsGiven(), session); };
 }

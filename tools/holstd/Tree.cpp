@@ -2,14 +2,12 @@
 #include <memory>
 
 #include "Arguments.h"
+#include "BranchLines.h"
 #include "Format.h"
 #include "Standard.h"
 #include "Subcommands.h"
 
 namespace {
-
-using Node = VyrAnnStandardXMLNode;
-using Value = VyrAnnStandardXMLValue;
 
 struct Options {
   std::string file;
@@ -25,30 +23,13 @@ class TreePrinter {
     if (json_) session_.Print("[");
   }
 
-  void PrintBranch(const Node& top) {
-    struct Work {
-      const Node* node;
-      std::size_t level;
-    };
-    std::vector<Work> work = {{&top, 0}};
-    while (!work.empty()) {
-      const auto [node, level] = work.back();
-      work.pop_back();
-      const Value* wrapped = WrappedValue(*node);
-      PrintLine(level, KindWord(node->GetNodeType()), node->GetNodeName().View(), wrapped);
-      if (wrapped != nullptr) continue;
-      for (const auto& value : node->GetValues()) PrintValue(*value, level + 1);
-      const Node::Nodes& children = node->GetNodes();
-      for (auto child = children.rbegin(); child != children.rend(); ++child) {
-        work.push_back({child->Get(), level + 1});
-      }
-    }
-  }
-
-  void PrintValue(const Value& value, std::size_t level) {
-    // The bound of a float stands where other values have their name.
-    const std::string_view name = value.GetRangeVal() == 1 ? "" : value.GetValueName().View();
-    PrintLine(level, "value", name, &value);
+  void Print(const BranchLine& line) {
+    if (json_) return PrintJson(line);
+    std::string text(2 * std::min(line.level, kIndentedLevels), ' ');
+    text += session_.Painted(Session::Paint::Faint, line.kind);
+    if (!line.name.empty()) text += " " + Printable(line.name);
+    if (line.value != nullptr) text += ": " + ValueText(*line.value);
+    session_.Print(text + "\n");
   }
 
   void End() {
@@ -59,19 +40,8 @@ class TreePrinter {
   // Deeper lines begin there too: the output stays in proportion to the tree.
   static constexpr std::size_t kIndentedLevels = 100;
 
-  void PrintLine(std::size_t level, const char* kind, std::string_view name, const Value* value) {
-    if (json_) return PrintJson(level, kind, name, value);
-    std::string line(2 * std::min(level, kIndentedLevels), ' ');
-    line += session_.Painted(Session::Paint::Faint, kind);
-    if (!name.empty()) line += " " + Printable(name);
-    if (value != nullptr) line += ": " + ValueText(*value);
-    session_.Print(line + "\n");
-  }
-
-  void PrintJson(std::size_t level, const char* kind, std::string_view name, const Value* value) {
-    Json object = {{"level", level}, {"kind", kind}, {"name", name}};
-    if (value != nullptr) AddValueTo(object, *value);
-    session_.Print((isFirst_ ? "\n  " : ",\n  ") + JsonLine(object));
+  void PrintJson(const BranchLine& line) {
+    session_.Print((isFirst_ ? "\n  " : ",\n  ") + JsonLine(AsJson(line)));
     isFirst_ = false;
   }
 
@@ -103,9 +73,9 @@ ExitStatus PrintTree(const Options& options, Session& session) {
   TreePrinter printer(session, options.json);
   for (const Found& branch : branches) {
     if (branch.node) {
-      printer.PrintBranch(*branch.node);
+      ForEachLine(*branch.node, [&](const BranchLine& line) { printer.Print(line); });
     } else {
-      printer.PrintValue(*branch.value, 0);
+      printer.Print(LineOfValue(*branch.value, 0));
     }
   }
   printer.End();
@@ -114,16 +84,14 @@ ExitStatus PrintTree(const Options& options, Session& session) {
 
 }  // namespace
 
-Action Tree::Register(CLI::App& command) {
+Action Tree::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddFile(command, options->file);
-  command
-      .add_option("PATH", options->path,
+  command.AddFile(options->file);
+  command.AddWord("PATH", options->path,
                   "What to print: a path below the document element, or one that begins with "
-                  "Root, Enum or TypeDef")
-      ->type_name("");
-  AddJson(command, options->json);
-  AddExamples(command, {"holstd tree ISO.xml", "holstd tree ISO.xml Dimension",
-                        "holstd tree ISO.xml TypeDef.ToleranceDisplay"});
+                  "Root, Enum or TypeDef");
+  command.AddJson(options->json);
+  command.AddExamples({"holstd tree ISO.xml", "holstd tree ISO.xml Dimension",
+                       "holstd tree ISO.xml TypeDef.ToleranceDisplay"});
   return [options](Session& session) { return PrintTree(*options, session); };
 }

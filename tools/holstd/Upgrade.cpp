@@ -1,238 +1,199 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <memory>
-#include <optional>
+#include <thread>
 
 #include "Arguments.h"
 #include "Format.h"
-#include "InputFile.h"
-#include "Standard.h"
-#include "StandardSnapshot.h"
+#include "ProgressBar.h"
+#include "Signals.h"
 #include "Subcommands.h"
-#include "UpgradeOptions.h"
+#include "TextTable.h"
+#include "UpgradeFile.h"
+#include "UpgradeInputs.h"
+#include "Workers.h"
 
 namespace {
-
-using Change = VyrAnnStandardChange;
 
 struct Options {
   std::vector<std::string> files;
   std::string output;
   std::string folder;
-  bool isInPlace = false;
-  bool isDryRun = false;
-  bool json = false;
-  UpgradeOptions upgrade;
+  int jobs = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+  UpgradeManner manner;
 };
-
-/// What one step did.
-struct Step {
-  std::string name;
-  int version;
-  std::vector<Change> changes;
-
-  long Count(Change::Kind kind) const {
-    return std::count_if(changes.begin(), changes.end(),
-                         [=](const Change& change) { return change.kind == kind; });
-  }
-};
-
-const char* KindName(Change::Kind kind) {
-  switch (kind) {
-    case Change::Kind::Added:
-      return "added";
-    case Change::Kind::Changed:
-      return "changed";
-    case Change::Kind::Deleted:
-      return "deleted";
-  }
-  return "";
-}
-
-std::string LineOf(const Session& session, const Change& change) {
-  const std::string path = Printable(change.path.View());
-  const std::string before = Printable(change.before.View());
-  const std::string after = Printable(change.after.View());
-  switch (change.kind) {
-    case Change::Kind::Added:
-      return session.Painted(Session::Paint::Good, "  + " + path) + "  " + after + "\n";
-    case Change::Kind::Changed:
-      return "  ~ " + path + "  " + before + " -> " + after + "\n";
-    case Change::Kind::Deleted:
-      return session.Painted(Session::Paint::Bad, "  - " + path) + "  " + before + "\n";
-  }
-  return "";
-}
-
-std::string Summary(const Step& step) {
-  return "to " + std::to_string(step.version) + " (" + step.name +
-         "): " + std::to_string(step.Count(Change::Kind::Added)) + " added, " +
-         std::to_string(step.Count(Change::Kind::Changed)) + " changed, " +
-         std::to_string(step.Count(Change::Kind::Deleted)) + " deleted";
-}
-
-Json AsJson(const Step& step) {
-  Json json;
-  json["step"] = step.name;
-  json["version"] = step.version;
-  Json changes = Json::array();
-  for (const Change& change : step.changes) {
-    Json entry;
-    entry["change"] = KindName(change.kind);
-    entry["path"] = std::string(change.path.View());
-    if (change.kind != Change::Kind::Added) entry["before"] = std::string(change.before.View());
-    if (change.kind != Change::Kind::Deleted) entry["after"] = std::string(change.after.View());
-    changes.push_back(std::move(entry));
-  }
-  json["changes"] = std::move(changes);
-  return json;
-}
-
-/// Where the result goes; empty for a dry run.
-std::string TargetOf(const Options& options, const std::string& file) {
-  if (options.isDryRun) return {};
-  if (options.isInPlace) return file;
-  if (!options.output.empty()) return options.output;
-  return std::filesystem::path(options.folder) / std::filesystem::path(file).filename();
-}
 
 void CheckUsage(const Options& options) {
   const auto refuse = [](const char* text) { throw Failure{kUsage, "", 0, text}; };
-  const int targets = (options.output.empty() ? 0 : 1) + (options.folder.empty() ? 0 : 1) +
-                      (options.isInPlace ? 1 : 0);
-  if (targets > 1 || (targets == 0 && !options.isDryRun)) {
+  const bool isInPlace = options.manner.inPlace.isWanted;
+  const int targets =
+      (options.output.empty() ? 0 : 1) + (options.folder.empty() ? 0 : 1) + (isInPlace ? 1 : 0);
+  if (targets > 1 || (targets == 0 && !options.manner.isDryRun)) {
     refuse(
         "upgrade writes to -o FILE, -d FOLDER or --in-place, one of the three; see holstd "
         "upgrade --help");
   }
-  if (!options.output.empty() && options.files.size() > 1) {
+  std::error_code error;
+  const bool isFolder = std::filesystem::is_directory(options.files.front(), error);
+  if (!options.output.empty() && (options.files.size() > 1 || isFolder)) {
     refuse("several standards cannot go into one file; give -d FOLDER or --in-place");
   }
-  const bool readsInput =
-      std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
-  if (readsInput && !options.isDryRun && options.output.empty()) {
+  const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
+  if (inputs > 1) refuse("standard input can be read once only; give '-' once");
+  if (inputs > 0 && !options.manner.isDryRun && options.output.empty()) {
     refuse("standard input has no name to be saved under; give -o FILE");
   }
 }
 
-/// Reads the standard; throws `Failure` for what no upgrade can begin with.
-void Decode(VyrDrwParseStandard& converter, const std::string& file) {
-  converter.Decode();
-  if (!converter.GetProblem().IsEmpty() || converter.GetVersion() < 0) {
-    Standard standard = ReadStandard(file);  // says what is wrong, of a newer file above all
-    throw Failure{kInvalidInput, file, 0, VersionProblem(standard.document)};
-  }
-  const ReportRecorder recorder;
-  if (converter.GetParentStandardId() != 0) return;
-  throw Failure{kUndecided, file, 0,
-                "the parent standard " + Quoted(converter.GetParentStandard().View()) +
-                    " is none of ISO, JIS, ANSI, ASME; set Root.Dimension.ParentStandard to the "
-                    "one it was derived from"};
+/// Where the result goes; empty for a dry run.
+std::string TargetOf(const Options& options, const std::string& file) {
+  if (options.manner.isDryRun) return {};
+  if (options.manner.inPlace.isWanted) return file;
+  if (!options.output.empty()) return options.output;
+  return std::filesystem::path(options.folder) / std::filesystem::path(file).filename();
 }
 
-/// Runs the chain and returns its steps, with their changes when these are wanted.
-std::vector<Step> RunChain(VyrDrwParseStandard& converter, const Options& options,
-                           const std::string& file, const Session& session) {
-  std::vector<Step> steps;
-  std::optional<StandardSnapshot> before;
-  const bool wantsChanges = options.isDryRun || session.isVerbose;
-  if (wantsChanges) before.emplace(converter.GetDocument());
-  const ReportRecorder recorder;
-  std::size_t reported = 0;
-  VyrDrwParseStandardUpgradeOptions upgrade = options.upgrade.ForLibrary();
-  const HRESULT result =
-      converter.Upgrade(options.upgrade.target, upgrade,
-                        [&](const char* name, int version, VyrAnnStandardXMLParser& document) {
-                          steps.push_back({name, version, {}});
-                          if (wantsChanges) {
-                            steps.back().changes = before->ChangesIn(document);
-                            before.emplace(document);
-                          }
-                          WarnOfReports(session, file, name, recorder, reported);
-                          reported = recorder.failedChecks.size();
-                        });
-  if (VyrSucceeded(result)) return steps;
-  throw Failure{kInvalidInput, file, 0, "cannot be upgraded"};
+/// A standard as it comes back from the process that upgraded it.
+std::string Packed(const Upgraded& upgraded) {
+  return std::to_string(upgraded.status) + ' ' + JsonLine(upgraded.report);
 }
 
-void PrintSteps(const std::string& file, const std::vector<Step>& steps, Session& session) {
-  session.Print(
-      Printable(file) + ": " +
-      (steps.empty() ? "nothing to do" : Counted(static_cast<long>(steps.size()), "step")) + "\n");
-  for (const Step& step : steps) {
-    session.Print(Summary(step) + "\n");
-    for (const Change& change : step.changes) session.Print(LineOf(session, change));
-  }
+Upgraded Unpacked(const std::string& answer) {
+  return {static_cast<ExitStatus>(answer.front() - '0'), Json::parse(answer.substr(2))};
 }
 
-void Save(VyrDrwParseStandard& converter, const std::string& target) {
-  std::error_code error;
-  const auto folder = std::filesystem::path(target).parent_path();
-  if (!folder.empty()) std::filesystem::create_directories(folder, error);
-  const ReportRecorder recorder;
-  if (VyrSucceeded(converter.SaveToFile(target.c_str()))) return;
-  throw Failure{kNotWritten, target, 0, std::string(converter.GetProblem().text.View())};
+Failure Death(const UpgradeInput& input, const JobEnd& end) {
+  return {kInvalidInput, input.file, 0,
+          "internal error: the process that upgraded it died (" + end.cause + "); " +
+              (input.target.empty() ? "nothing was written"
+                                    : Quoted(input.target) + " is as it was, or written whole")};
 }
 
-ExitStatus UpgradeFile(const Options& options, const std::string& file, Session& session,
-                       Json& report) {
-  const std::string target = TargetOf(options, file);
-  if (!target.empty() && !options.isInPlace && file != "-" && IsSameFile(file, target)) {
-    throw Failure{kUndecided, target, 0,
-                  "is the standard itself; to replace it give --in-place instead"};
+/// Upgrades many, several at a time, in processes of their own.
+std::vector<Upgraded> UpgradeMany(const std::vector<UpgradeInput>& inputs, const Options& options,
+                                  Session& session) {
+  std::vector<Upgraded> all;
+  ProgressBar bar(session, inputs.size());
+  const auto upgrade = [&](std::size_t i) -> std::string {
+    try {
+      const Upgraded upgraded = UpgradeFile(inputs[i], options.manner, session);
+      session.Flush();
+      return Packed(upgraded);
+    } catch (const OutputLost&) {
+      return {};  // nobody listens any more
+    }
+  };
+  const auto take = [&](std::size_t i, const JobEnd& end) {
+    if (!end.data.empty() || !end.talk.empty() || !end.isWhole) bar.Hide();
+    static_cast<void>(WriteAll(STDERR_FILENO, end.talk));
+    session.Print(end.data);
+    session.Flush();
+    all.push_back(end.answer.empty() ? NotUpgraded(inputs[i].file, Death(inputs[i], end), session)
+                                     : Unpacked(end.answer));
+    bar.Show(all.size());
+  };
+  session.Flush();
+  try {
+    DoInProcesses(inputs.size(), options.jobs, upgrade, take);
+  } catch (const Interrupted&) {
+    bar.Hide();
+    session.Say("interrupted; of " + Counted(static_cast<long>(inputs.size()), "standard") + " " +
+                std::to_string(all.size()) + " were taken to the end");
+    throw;
   }
-  const InputFile input(file);
-  VyrDrwParseStandard converter(input.Path());
-  Decode(converter, file == "-" ? input.Path() : file);
-  const std::vector<Step> steps = RunChain(converter, options, file, session);
-  if (options.json) {
-    Json entry;
-    entry["file"] = file;
-    entry["from"] = converter.GetVersion();
-    entry["to"] = steps.empty() ? converter.GetVersion() : steps.back().version;
-    entry["steps"] = Json::array();
-    for (const Step& step : steps) entry["steps"].push_back(AsJson(step));
-    report.push_back(std::move(entry));
-  } else if (options.isDryRun || session.isVerbose) {
-    PrintSteps(file, steps, session);
-  }
-  if (options.isDryRun) return steps.empty() ? kDone : kNegativeAnswer;
-  if (steps.empty() && options.isInPlace) {
-    session.Say(file + ": left as it is, nothing to do");
-    return kDone;
-  }
-  Save(converter, target);
-  session.Say(target + ": written, " + Counted(static_cast<long>(steps.size()), "step") +
-              " from version " + std::to_string(converter.GetVersion()));
-  return kDone;
+  return all;
 }
 
-ExitStatus UpgradeFiles(const Options& options, Session& session) {
+std::string Cell(const Json& report, const char* member) {
+  const auto found = report.find(member);
+  if (found == report.end()) return {};
+  return found->is_string() ? found->get<std::string>() : found->dump();
+}
+
+/// What became of every standard, a line each.
+std::string TableOf(const std::vector<Upgraded>& all) {
+  TextTable table({"FILE", "FROM", "TO", "RESULT"});
+  for (const Upgraded& each : all) {
+    table.Add({Cell(each.report, "file"), Cell(each.report, "from"), Cell(each.report, "to"),
+               Cell(each.report, "result")});
+  }
+  return table.Text();
+}
+
+/// How many came to which result.
+std::string CountsOf(const std::vector<Upgraded>& all) {
+  std::string text = Counted(static_cast<long>(all.size()), "standard") + ":";
+  const char* separator = " ";
+  for (const char* result : {"written", "unchanged", "pending", "current", "failed"}) {
+    const auto count = std::count_if(all.begin(), all.end(), [&](const Upgraded& each) {
+      return Cell(each.report, "result") == result;
+    });
+    if (count == 0) continue;
+    text += separator + std::to_string(count) + " " + result;
+    separator = ", ";
+  }
+  return text;
+}
+
+ExitStatus UpgradeFiles(Options& options, Session& session) {
   CheckUsage(options);
-  Json report = Json::array();
-  const ExitStatus status = ForEachFile(session, options.files, [&](const std::string& file) {
-    return UpgradeFile(options, file, session, report);
-  });
-  if (options.json) session.Print(JsonText(report));
-  return status;
+  ExitStatus worst = kDone;
+  std::vector<UpgradeInput> inputs;
+  for (const std::string& file : FilesOf(options.files, session, worst)) {
+    inputs.push_back({file, TargetOf(options, file)});
+  }
+  RefuseSameTargets(inputs);
+  options.manner.isBatch = inputs.size() > 1;
+  std::vector<Upgraded> all;
+  if (options.manner.isBatch) {
+    all = UpgradeMany(inputs, options, session);
+  } else if (!inputs.empty()) {
+    all.push_back(UpgradeFile(inputs.front(), options.manner, session));
+  }
+  for (const Upgraded& each : all) worst = std::max(worst, each.status);
+  if (options.manner.json) {
+    Json report = Json::array();
+    for (Upgraded& each : all) report.push_back(std::move(each.report));
+    session.Print(JsonText(report));
+  } else if (options.manner.isBatch) {
+    if (!session.isQuiet) session.Print(TableOf(all));
+    session.Flush();
+    session.Say(CountsOf(all));
+  }
+  return worst;
 }
 
 }  // namespace
 
-Action Upgrade::Register(CLI::App& command) {
+Action Upgrade::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  AddFiles(command, options->files);
-  AddOutput(command, options->output);
-  TakesPath(command.add_option("-d,--directory", options->folder, "Folder for the results")
-                ->type_name("FOLDER"));
-  command.add_flag("--in-place", options->isInPlace, "Replace each FILE by the result");
-  AddUpgradeOptions(command, options->upgrade);
-  command.add_flag("--dry-run", options->isDryRun,
-                   "Write nothing; print what each step would add, change and delete");
-  AddJson(command, options->json);
-  AddExamples(command,
-              {"holstd upgrade old.xml -o new.xml", "holstd upgrade sites/*.xml -d upgraded",
-               "holstd upgrade old.xml --dry-run", "holstd upgrade old.xml -o new.xml --to 150"},
-              "With --dry-run the status is 1 when there is something to do.");
+  UpgradeManner& manner = options->manner;
+  command.AddWords("FILE", options->files, "XML standards, folders of such, - for standard input")
+      .Required()
+      .TakesPath();
+  command.AddOutput(options->output);
+  command.AddOption("-d,--directory", options->folder, "FOLDER", "Folder for the results")
+      .TakesPath();
+  AddInPlace(command, manner.inPlace, "Replace each FILE by the result");
+  AddUpgradeOptions(command, manner.chain);
+  command.AddFlag("--dry-run", manner.isDryRun,
+                  "Write nothing; print what each step would add, change and delete");
+  constexpr int mostJobs = 256;
+  command
+      .AddOption("-j,--jobs", options->jobs, "N",
+                 "How many standards to upgrade at a time; default: one a processor")
+      .Within(1, mostJobs);
+  command.AddJson(manner.json);
+  command.AddExamples(
+      {"holstd upgrade old.xml -o new.xml", "holstd upgrade sites -d upgraded",
+       "holstd upgrade sites/*.xml --in-place --jobs 4", "holstd upgrade old.xml --dry-run",
+       "holstd upgrade old.xml -o new.xml --to 150"},
+      std::string("A folder stands for the files in it whose names end in .xml, not for\n"
+                  "those in folders below. Of several standards one that fails stops no\n"
+                  "other; a table tells what became of each, or with --json a report.\n"
+                  "With --dry-run the status is 1 when there is something to do.\n\n") +
+          kBackupNote);
   return [options](Session& session) { return UpgradeFiles(*options, session); };
 }

@@ -6,15 +6,14 @@ VyrDrwParseStandardUpgradeOptions UpgradeOptions::ForLibrary() const {
   return options;
 }
 
-void AddUpgradeOptions(CLI::App& command, UpgradeOptions& options) {
+void AddUpgradeOptions(Arguments& command, UpgradeOptions& options) {
   const int current = VyrDrwParseStandard::GetCurrentVersion();
   command
-      .add_option("--to", options.target,
-                  "Format version to stop at; default " + std::to_string(current))
-      ->type_name("VERSION")
-      ->check(CLI::Range(1, current));
-  command.add_flag("--shipped", options.isShipped,
-                   "Treat as a shipped standard: old shipped values become the new ones");
+      .AddOption("--to", options.target, "VERSION",
+                 "Format version to stop at; default " + std::to_string(current))
+      .Within(1, current);
+  command.AddFlag("--shipped", options.isShipped,
+                  "Treat as a shipped standard: old shipped values become the new ones");
 }
 
 void WarnOfReports(const Session& session, const std::string& file, const std::string& step,

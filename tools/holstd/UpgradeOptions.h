@@ -1,7 +1,6 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include "Arguments.h"
 #include "Reports.h"
 #include "Session.h"
 #include "VyrDrwParseStandard.h"
@@ -15,7 +14,7 @@ struct UpgradeOptions {
 };
 
 /// --to VERSION and --shipped.
-void AddUpgradeOptions(CLI::App& command, UpgradeOptions& options);
+void AddUpgradeOptions(Arguments& command, UpgradeOptions& options);
 
 /// Warns of what the library met while it changed a standard: it goes on where a person may want to
 /// look.

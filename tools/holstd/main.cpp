@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <array>
 #include <csignal>
 #include <exception>
@@ -8,6 +9,7 @@
 #include "Failure.h"
 #include "Format.h"
 #include "Session.h"
+#include "Signals.h"
 #include "Subcommands.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrUtf8.h"
@@ -17,21 +19,26 @@ namespace {
 struct Row {
   const char* name;
   const char* summary;
-  Action (*registerOn)(CLI::App& command);
+  Action (*registerOn)(Arguments& command);
 };
 
-constexpr std::array<Row, 11> kSubcommands = {{
+constexpr std::array<Row, 16> kSubcommands = {{
     {"convert", "Makes an XML standard of an old-generation text", &Convert::Register},
     {"upgrade", "Brings XML standards of any older version up to date", &Upgrade::Register},
     {"info", "Tells what standards are: parent, format version, counts", &Info::Register},
     {"get", "Prints the values at a path", &Get::Register},
     {"tree", "Prints what a standard holds, a line for each node or value", &Tree::Register},
     {"edit", "Changes a standard by path commands", &Edit::Register},
+    {"restore", "Takes back the last change in place of a standard", &Restore::Register},
+    {"diff", "Tells what two standards differ in", &Diff::Register},
+    {"explain", "Tells all about what is at a path: type, default, place", &Explain::Register},
     {"sheets", "Prints the sheet formats and sheet styles of a standard", &Sheets::Register},
     {"styles", "Prints the styles of a standard by object type", &Styles::Register},
     {"check", "Checks that standards are valid", &Check::Register},
     {"symbols", "Prints the engineering symbols that texts may hold", &Symbols::Register},
     {"standards", "Prints the standards that there are", &Standards::Register},
+    {"manual", "Writes the manual pages", &Manual::Register},
+    {"complete", "Prints what may stand at a place of the command line", &Complete::Register},
 }};
 
 const char* const kFooter =
@@ -72,7 +79,8 @@ std::string UsageProblem(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<std::string> rest = app.remaining();
   if (!app.get_subcommands().empty() || rest.empty()) return error.what();
   std::vector<std::string> names;
-  for (const Row& row : kSubcommands) names.emplace_back(row.name);
+  const auto isShown = [](const CLI::App* command) { return !command->get_group().empty(); };
+  for (const CLI::App* command : app.get_subcommands(isShown)) names.push_back(command->get_name());
   return Quoted(rest.front()) + " is no command; there are " + Joined(names);
 }
 
@@ -85,7 +93,8 @@ ExitStatus Run(int argc, char** argv, Session& session) {
   std::vector<std::pair<CLI::App*, Action>> actions;
   for (const Row& row : kSubcommands) {
     CLI::App* command = app.add_subcommand(row.name, row.summary)->fallthrough();
-    actions.emplace_back(command, row.registerOn(*command));
+    Arguments arguments(*command);
+    actions.emplace_back(command, row.registerOn(arguments));
   }
   try {
     app.parse(argc, argv);
@@ -129,6 +138,11 @@ int main(int argc, char** argv) {
     const ExitStatus status = RunAndComplain(argc, argv, session);
     session.Flush();
     return status;
+  } catch (const Interrupted& interrupted) {
+    // Whoever started the tool is to see what ended it.
+    std::signal(interrupted.signal, SIG_DFL);
+    std::raise(interrupted.signal);
+    return kNotWritten;
   } catch (const OutputLost& lost) {
     session.Complain({kNotWritten, "standard output", 0, "cannot be written: " + lost.reason});
     return kNotWritten;

@@ -1,0 +1,205 @@
+#include "ToolRun.h"
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+namespace {
+
+/// A site's standard, and a shipped one of its parent in a folder that comes first.
+class Explain : public testing::Test {
+ protected:
+  ToolRun Run(const std::string& text, const std::string& path,
+              const std::vector<std::string>& more = {}) {
+    std::vector<std::string> arguments = {"explain", "-", path};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return RunTool(arguments,
+                   {.input = text, .environment = {{"VYR_STANDARD_PATH", folder.Path().string()}}});
+  }
+  json Answers(const std::string& text, const std::string& path) {
+    const ToolRun run = Run(text, path, {"--json"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    return ParsedJson(run);
+  }
+  std::vector<std::string> Paths(const std::string& text, const std::string& path) {
+    std::vector<std::string> paths;
+    for (const json& each : Answers(text, path)) paths.push_back(each["path"]);
+    return paths;
+  }
+
+  const TemporaryFolder folder;
+  const std::string shipped = folder.Write("ANSI-ASME.xml", SampleStandard());
+};
+
+}  // namespace
+
+TEST_F(Explain, AParameterIsToldWithTypeValueDefaultAndLine) {
+  const std::string site = Replaced(SampleStandard(), ">2.0<", ">2.5<");
+  const int line = LineOf(site, "DIMLTail");
+  EXPECT_EQ(Run(site, "Dimension.DIMLTail").out,
+            "Root.Dimension.DIMLTail\n"
+            "  type         float\n"
+            "  value        2.5\n"
+            "  at least     0.0\n"
+            "  default      float 2.0, at least 0.0 in ANSI-ASME; this one differs\n"
+            "  stands in    standard input:" +
+                std::to_string(line) + "\n");
+  const json answer = Answers(site, "Dimension.DIMLTail");
+  EXPECT_EQ(answer, json::array({{{"file", "-"},
+                                  {"path", "Root.Dimension.DIMLTail"},
+                                  {"kind", "node"},
+                                  {"type", "float"},
+                                  {"value", "2.5"},
+                                  {"minimum", "0.0"},
+                                  {"line", line},
+                                  {"default",
+                                   {{"standard", "ANSI-ASME"},
+                                    {"type", "float"},
+                                    {"value", "2.0"},
+                                    {"minimum", "0.0"},
+                                    {"differs", true}}}}}));
+}
+
+TEST_F(Explain, AnotherWayToWriteTheDefaultIsTheDefault) {
+  const json answer =
+      Answers(Replaced(SampleStandard(), ">2.0<", ">2<"), "Root.Dimension.DIMLTail")[0];
+  EXPECT_EQ(answer["default"]["differs"], false);
+}
+
+TEST_F(Explain, ALiteralIsToldWithItsEnumeration) {
+  const json answer = Answers(SampleStandard(), "Dimension.Blanking")[0];
+  EXPECT_EQ(answer["enumeration"], "YesNo");
+  EXPECT_EQ(answer["literals"], json({"Yes", "No"}));
+  EXPECT_EQ(answer["defined"], true);
+  EXPECT_THAT(Run(SampleStandard(), "Blanking").out, HasSubstr("  enumeration  YesNo: Yes, No\n"));
+  const std::string bad = Replaced(SampleStandard(), ">Yes</std:enumval>", ">Ja</std:enumval>");
+  EXPECT_EQ(Answers(bad, "Blanking")[0]["defined"], false);
+  EXPECT_THAT(Run(bad, "Blanking").out, HasSubstr("none of them"));
+  const std::string lost =
+      Replaced(SampleStandard(), "enumval name=\"YesNo\"", "enumval name=\"No\"");
+  EXPECT_TRUE(Answers(lost, "Blanking")[0]["literals"].is_null());
+  EXPECT_THAT(Run(lost, "Blanking").out, HasSubstr("not defined"));
+}
+
+TEST_F(Explain, ADefaultIsThatOfTheEntryOfTheSameName) {
+  const std::string turned = Replaced(
+      Replaced(Replaced(SampleStandard(), ">Box<", ">X<"), ">Circle<", ">Box<"), ">X<", ">Circle<");
+  const json types = Answers(turned, "FrameDef.Type");
+  // The definition has a field of the name too.
+  ASSERT_EQ(types.size(), 3u);
+  EXPECT_EQ(types[1]["entry"], "Circle");
+  EXPECT_EQ(types[1]["value"], "21");
+  EXPECT_EQ(types[1]["default"]["value"], "3");
+  EXPECT_EQ(types[2]["entry"], "Box");
+  EXPECT_EQ(types[2]["default"]["value"], "21");
+}
+
+TEST_F(Explain, NoDefaultIsSaidToBeNone) {
+  const std::string site = Replaced(SampleStandard(), "\"Ink\"", "\"Pen\"");
+  EXPECT_THAT(Run(site, "Pen").out,
+              HasSubstr("  default      none; ANSI-ASME has nothing there\n"));
+  EXPECT_TRUE(Answers(site, "Pen")[0]["default"].is_null());
+  EXPECT_THAT(Run(Document(Parameter("P", "intval", "1")), "P").out,
+              HasSubstr("default      none; the standard does not say its parent"));
+  EXPECT_THAT(Run(Replaced(SampleStandard(), ">ANSI<", ">DIN<"), "Ink").out,
+              HasSubstr("no shipped standard of the parent standard 'DIN'"));
+}
+
+TEST_F(Explain, EveryShippedStandardIsItsOwnDefault) {
+  for (const char* name : {"ISO", "JIS", "ANSI-ASME"}) {
+    const ToolRun run = RunTool({"explain", std::string(HOL_STANDARDS) + "/" + name + ".xml",
+                                 "Dimension.DIMLTail", "--json"});
+    const json answer = ParsedJson(run);
+    ASSERT_EQ(answer.size(), 1u) << run.err;
+    EXPECT_EQ(answer[0]["default"]["standard"], name);
+    EXPECT_EQ(answer[0]["default"]["differs"], false);
+  }
+}
+
+TEST_F(Explain, APathIsOneOfTheCommandsOrNamesAtAnyDepth) {
+  using Paths_ = std::vector<std::string>;
+  const std::vector<std::pair<std::string, Paths_>> cases = {
+      {"DIMLTail", {"Root.Dimension.DIMLTail"}},
+      {"Root.Dimension.DIMLTail", {"Root.Dimension.DIMLTail"}},
+      {"Frames.Type", {"Root.Frames.FrameDef.Type", "Root.Frames.FrameDef[2].Type"}},
+      {"Root.Frames.FrameDef.Type", {"Root.Frames.FrameDef.Type", "Root.Frames.FrameDef[2].Type"}},
+      {"Root.Frames.FrameDef[2].Type", {"Root.Frames.FrameDef[2].Type"}},
+      {"FrameDef", {"TypeDef.FrameDef", "Root.Frames.FrameDef", "Root.Frames.FrameDef[2]"}},
+      {"Enum.YesNo.No", {"Enum.YesNo.No"}},
+      {"YesNo", {"Enum.YesNo"}},
+      {"Root.Sizes.[2]", {"Root.Sizes.[2]"}},
+      {"Root", {"Root"}},
+  };
+  for (const auto& [path, expected] : cases) EXPECT_EQ(Paths(SampleStandard(), path), expected);
+}
+
+TEST_F(Explain, ASecondMatchFollowsAnEmptyLine) {
+  const std::string out = Run(SampleStandard(), "Frames.Type").out;
+  EXPECT_THAT(out, testing::StartsWith("Root.Frames.FrameDef.Type (Box)\n"));
+  EXPECT_THAT(out, HasSubstr("\n\nRoot.Frames.FrameDef[2].Type (Circle)\n"));
+}
+
+TEST_F(Explain, EveryLineIsThatOfTheElement) {
+  const std::string text = SampleStandard();
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"Enum.YesNo", "<std:enumdef"},
+      {"TypeDef.FrameDef", "<std:typedef"},
+      {"Root.Frames", "\"Frames\""},
+      {"Root.Frames.FrameDef[2]", "Circle"},
+      {"Root.Frames.FrameDef[2].Type", "Circle"},
+      {"Ink", "\"Ink\""},
+      {"Dimension.Blanking", "\"Blanking\""},
+  };
+  for (const auto& [path, part] : cases) {
+    EXPECT_EQ(Answers(text, path)[0]["line"], LineOf(text, part)) << path;
+  }
+  EXPECT_TRUE(Answers(text, "Root")[0]["line"].is_null());
+  // Elements of other namespaces, comments and definitions between the nodes do not count.
+  const std::string mixed = Document(
+      "<other/>\n<std:node name=\"A\">\n<!-- -->\n<std:typedef name=\"T\"><std:intval "
+      "name=\"F\">1</std:intval></std:typedef>\n<std:node name=\"B\">\n<std:intval>1</std:intval>"
+      "</std:node></std:node>\n<std:enumdef name=\"E\"><std:strval>x</std:strval></std:enumdef>\n");
+  EXPECT_EQ(Answers(mixed, "B")[0]["line"], LineOf(mixed, "\"B\""));
+  EXPECT_EQ(Answers(mixed, "Enum.E")[0]["line"], LineOf(mixed, "\"E\""));
+}
+
+TEST_F(Explain, ANodeIsToldByWhatItHolds) {
+  EXPECT_THAT(Run(SampleStandard(), "Root.Frames.FrameDef[2]").out,
+              testing::AllOf(HasSubstr("  type         instance\n"),
+                             HasSubstr("  holds        0 nodes, 2 values\n"),
+                             HasSubstr("  values       Name string \"Circle\", Type int 3\n"),
+                             HasSubstr("  default      in ANSI-ASME; the same\n")));
+  EXPECT_THAT(Run(SampleStandard(), "Enum.YesNo").out, HasSubstr("  literals     Yes, No\n"));
+}
+
+TEST_F(Explain, AMissingPathIsANegativeAnswerThatSaysWhatIsNear) {
+  const std::vector<std::vector<std::string>> cases = {
+      {"Dimension.DIMLTale", "'DIMLTale'", "'Dimension'", "nearest name is 'DIMLTail'",
+       "did you mean 'Dimension.DIMLTail'?"},
+      {"dimension.dimltail", "'dimension'", "did you mean 'Dimension.DIMLTail'?"},
+      {"Root.Frame.FrameDef.Typ", "'Frame' in 'Root'", "did you mean 'Root.Frames.FrameDef.Type'?"},
+      {"Enum.YesNo.Yess", "nearest name is 'Yes'"},
+      {"Nothing.At.All", "'Nothing'", "holstd tree"},
+  };
+  for (const auto& each : cases) {
+    const ToolRun run = Run(SampleStandard(), each[0]);
+    ExpectFailure(run, 1, {each.begin() + 1, each.end()});
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST_F(Explain, WhatCannotBeReadIsStatus3) {
+  ExpectFailure(Run("<nothing", "A"), 3, {"standard input"});
+  ExpectFailure(RunTool({"explain", folder / "missing.xml", "A"}), 3, {"missing.xml"});
+  ExpectFailure(RunTool({"explain", shipped}), 2, {"PATH"});
+}
+
+TEST_F(Explain, ADeepStandardIsExplained) {
+  constexpr int depth = 100000;
+  std::string text;
+  for (int i = 0; i < depth; ++i) text += "<std:node name=\"n\">";
+  text += Parameter("P", "intval", "1");
+  for (int i = 0; i < depth; ++i) text += "</std:node>";
+  const json answer = Answers(Document(text), "P");
+  ASSERT_EQ(answer.size(), 1u);
+  EXPECT_EQ(answer[0]["path"].get<std::string>().size(), std::string("Root.P").size() + 2 * depth);
+}

@@ -1,0 +1,260 @@
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "Arguments.h"
+#include "Format.h"
+#include "InputFile.h"
+#include "ItemLines.h"
+#include "PathSearch.h"
+#include "ShippedStandard.h"
+#include "Standard.h"
+#include "StandardDifferences.h"
+#include "StandardItems.h"
+#include "Subcommands.h"
+#include "ValueMeaning.h"
+
+namespace {
+
+using Node = VyrAnnStandardXMLNode;
+using Value = VyrAnnStandardXMLValue;
+
+struct Options {
+  std::string file;
+  std::string path;
+  bool json = false;
+};
+
+/// What the shipped standard has at the place.
+struct Default {
+  StandardPlace place;
+  bool differs = false;
+};
+
+/// All that answers are made of.
+struct Sources {
+  const Options& options;
+  const StandardItems& items;
+  const ItemLines& lines;
+  const ShippedStandard& shipped;
+
+  const Node& NodeAt(const StandardPlace& place) const { return *items[place.item].node; }
+};
+
+const Value* ValueAt(const StandardItems& items, const StandardPlace& place) {
+  const Node& node = *items[place.item].node;
+  return place.value ? node.GetValues()[*place.value].Get() : WrappedValue(node);
+}
+
+std::string PathOf(const Sources& from, const StandardPlace& place) {
+  return place.value ? from.items.PathOfValue(place.item, *place.value)
+                     : from.items.PathOf(place.item);
+}
+
+/// The definition of the enumeration that a value takes its literal from; null without one.
+const Node* EnumerationOf(const Sources& from, const Value* value) {
+  if (value == nullptr || value->GetType() != Value::ValueEnum) return nullptr;
+  const StandardItems::Item& top = from.items[StandardItems::kEnum];
+  return VyrAnnStandardXMLNode_var(top.node->GetNodeByName(value->GetValueName())).Get();
+}
+
+std::vector<std::string> LiteralsOf(const Node& enumeration) {
+  std::vector<std::string> literals;
+  for (const VyrAnnStandardXMLValue_var& literal : enumeration.GetValues()) {
+    literals.emplace_back(literal->GetValue().View());
+  }
+  return literals;
+}
+
+bool HasLiteral(const Node& enumeration, const Value& value) {
+  for (const VyrAnnStandardXMLValue_var& literal : enumeration.GetValues()) {
+    if (literal->GetValue() == value.GetValue()) return true;
+  }
+  return false;
+}
+
+bool Differs(const Sources& from, const StandardPlace& place, const StandardPlace& other) {
+  if (!place.value) {
+    return !FindDifferences(from.shipped.Items(), other.item, from.items, place.item).empty();
+  }
+  const Value& a = *ValueAt(from.items, place);
+  const Value& b = *ValueAt(from.shipped.Items(), other);
+  // A literal is its text, whatever name it carries.
+  return from.NodeAt(place).GetNodeType() == Node::NodeEnum ? !(a.GetValue() == b.GetValue())
+                                                            : !IsSameValue(a, b);
+}
+
+std::optional<Default> DefaultOf(const Sources& from, const StandardPlace& place) {
+  if (from.shipped.Name().empty()) return std::nullopt;
+  const auto other = from.shipped.CounterpartOf(from.items, place);
+  if (!other) return std::nullopt;
+  return Default{*other, Differs(from, place, *other)};
+}
+
+std::string WhyNoDefault(const Sources& from) {
+  return from.shipped.Name().empty() ? from.shipped.Problem()
+                                     : from.shipped.Name() + " has nothing there";
+}
+
+/// A value that a node holds directly, with the name that it has there.
+std::string NamedText(const Node& node, const Value& value) {
+  const std::string_view name =
+      node.GetNodeType() == Node::NodeEnum ? std::string_view() : OwnName(value);
+  return (name.empty() ? "" : Printable(name) + " ") + ValueText(value);
+}
+
+class TextAnswer {
+ public:
+  explicit TextAnswer(const Sources& from) : from_(from) {}
+
+  std::string Text(const StandardPlace& place) {
+    text_ = Printable(PathOf(from_, place));
+    const std::string_view entry = from_.items.EntryOf(place.item);
+    text_ += (entry.empty() ? "" : " (" + Printable(entry) + ")") + "\n";
+    const Value* value = ValueAt(from_.items, place);
+    if (value != nullptr) {
+      AddValueLines(*value);
+    } else {
+      AddNodeLines(from_.NodeAt(place));
+    }
+    AddDefault(place);
+    if (const int line = from_.lines.LineOf(place); line > 0) {
+      const std::string file = from_.options.file == "-" ? "standard input" : from_.options.file;
+      Add("stands in", Printable(file) + ":" + std::to_string(line));
+    }
+    return text_;
+  }
+
+ private:
+  void Add(const char* label, const std::string& text) {
+    constexpr std::size_t width = 13;
+    const std::string_view word = label;
+    text_ += "  " + std::string(word) + std::string(width - word.size(), ' ') + text + "\n";
+  }
+
+  void AddValueLines(const Value& value) {
+    Json members = Json::object();
+    AddValueTo(members, value);
+    Add("type", members["type"].get<std::string>());
+    Add("value", Printable(value.GetValue().View()));
+    if (members.contains("minimum")) Add("at least", Printable(value.GetValueName().View()));
+    if (value.GetType() != Value::ValueEnum) return;
+    const std::string name = Printable(value.GetValueName().View());
+    const Node* enumeration = EnumerationOf(from_, &value);
+    if (enumeration == nullptr) return Add("enumeration", name + ", which is not defined");
+    Add("enumeration", name + ": " + Printable(Joined(LiteralsOf(*enumeration))) +
+                           (HasLiteral(*enumeration, value) ? "" : "; the value is none of them"));
+  }
+
+  void AddNodeLines(const Node& node) {
+    Add("type", KindWord(node.GetNodeType()));
+    Add("holds",
+        Counted(node.GetNumOfNode(), "node") + ", " + Counted(node.GetNumOfValue(), "value"));
+    if (node.GetNodeType() == Node::NodeEnum) {
+      return Add("literals", Printable(Joined(LiteralsOf(node))));
+    }
+    std::vector<std::string> values;
+    for (const auto& value : node.GetValues()) values.push_back(NamedText(node, *value));
+    if (!values.empty()) Add("values", Joined(values));
+  }
+
+  void AddDefault(const StandardPlace& place) {
+    const auto found = DefaultOf(from_, place);
+    if (!found) return Add("default", "none; " + WhyNoDefault(from_));
+    const Value* value = ValueAt(from_.shipped.Items(), found->place);
+    const std::string in = "in " + from_.shipped.Name();
+    Add("default", (value == nullptr ? in : ValueText(*value) + " " + in) +
+                       (found->differs ? "; this one differs" : "; the same"));
+  }
+
+  const Sources& from_;
+  std::string text_;
+};
+
+Json ValueJson(const Node& node, const Value& value) {
+  Json object = Json::object();
+  if (node.GetNodeType() != Node::NodeEnum) object["name"] = OwnName(value);
+  AddValueTo(object, value);
+  return object;
+}
+
+void AddContentTo(Json& object, const Sources& from, const StandardPlace& place) {
+  const Value* value = ValueAt(from.items, place);
+  const Node& node = from.NodeAt(place);
+  object["kind"] = place.value ? "value" : KindWord(node.GetNodeType());
+  if (value == nullptr) {
+    object["nodes"] = node.GetNumOfNode();
+    object["values"] = Json::array();
+    for (const auto& each : node.GetValues()) object["values"].push_back(ValueJson(node, *each));
+    return;
+  }
+  AddValueTo(object, *value);
+  if (value->GetType() != Value::ValueEnum) return;
+  const Node* enumeration = EnumerationOf(from, value);
+  object["literals"] = enumeration == nullptr ? Json() : Json(LiteralsOf(*enumeration));
+  object["defined"] = enumeration != nullptr && HasLiteral(*enumeration, *value);
+}
+
+Json AsJson(const Sources& from, const StandardPlace& place) {
+  Json object = {{"file", from.options.file}, {"path", PathOf(from, place)}};
+  const std::string_view entry = from.items.EntryOf(place.item);
+  if (!entry.empty()) object["entry"] = entry;
+  AddContentTo(object, from, place);
+  const int line = from.lines.LineOf(place);
+  object["line"] = line > 0 ? Json(line) : Json();
+  const auto found = DefaultOf(from, place);
+  if (!found) {
+    object["default"] = Json();
+    object["noDefault"] = WhyNoDefault(from);
+    return object;
+  }
+  Json& shipped = object["default"] = {{"standard", from.shipped.Name()}};
+  if (const Value* value = ValueAt(from.shipped.Items(), found->place)) AddValueTo(shipped, *value);
+  shipped["differs"] = found->differs;
+  return object;
+}
+
+ExitStatus PrintExplanations(const Options& options, Session& session) {
+  const InputFile input(options.file);
+  Standard standard = ReadStandard(input);
+  const StandardItems items(standard.document);
+  const std::vector<StandardPlace> places = FindPlaces(items, options.path);
+  if (places.empty()) {
+    throw Failure{kNegativeAnswer, options.file, 0, MissingPlace(items, options.path)};
+  }
+  const ItemLines lines(input, items);
+  const ShippedStandard shipped(standard.parent);
+  const Sources from = {options, items, lines, shipped};
+  bool isFirst = true;
+  for (const StandardPlace& place : places) {
+    const bool begins = std::exchange(isFirst, false);
+    if (options.json) {
+      session.Print((begins ? "[\n  " : ",\n  ") + JsonLine(AsJson(from, place)));
+    } else {
+      session.Print((begins ? "" : "\n") + TextAnswer(from).Text(place));
+    }
+  }
+  if (options.json) session.Print("\n]\n");
+  return kDone;
+}
+
+}  // namespace
+
+Action Explain::Register(Arguments& command) {
+  auto options = std::make_shared<Options>();
+  command.AddFile(options->file);
+  command
+      .AddWord("PATH", options->path,
+               "What to explain: names joined by dots, each at any depth below the last, or a "
+               "path that begins with Root, Enum or TypeDef")
+      .Required();
+  command.AddJson(options->json);
+  command.AddExamples(
+      {"holstd explain site.xml Dimension.DIMLTail",
+       "holstd explain site.xml 'Root.Frames.FrameDef[2].Type'",
+       "holstd explain site.xml Enum.YesNo --json"},
+      "The default is what the shipped standard of the same parent standard has at the "
+      "same\npath, in the entry of the same Name where there are several. A value differs "
+      "from it\nas 'holstd diff' compares: 1 and 1.0 are the same float.");
+  return [options](Session& session) { return PrintExplanations(*options, session); };
+}

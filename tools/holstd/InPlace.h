@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Arguments.h"
+#include "VyrBackups.h"
+
+/// Whether a standard is replaced by its result, and whether what it held is kept.
+struct InPlaceOptions {
+  bool isWanted = false;
+  bool hasNoBackup = false;
+};
+
+/// --in-place and --no-backup.
+void AddInPlace(Arguments& command, InPlaceOptions& options, const std::string& description);
+
+/// Replaces a file by `text`, keeping what it held as a backup. Throws `Failure`.
+VyrFileChange ReplaceInPlace(const std::string& file, std::string_view text,
+                             const InPlaceOptions& options);
+
+/// What to say of it; `done` is what led to it.
+std::string TalkOf(const std::string& file, const VyrFileChange& change, const std::string& done);
+
+/// What the helps of --in-place and of restore say of backups.
+extern const char* const kBackupNote;

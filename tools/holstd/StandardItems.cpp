@@ -1,0 +1,168 @@
+#include "StandardItems.h"
+
+#include <functional>
+#include <unordered_map>
+
+#include "ValueMeaning.h"
+
+namespace {
+
+using Node = VyrAnnStandardXMLNode;
+using Value = VyrAnnStandardXMLValue;
+using Index = StandardItems::Index;
+
+constexpr Index kFewChildren = 16;
+
+std::uint64_t Mixed(std::uint64_t number) {
+  number ^= number >> 30;
+  number *= 0xbf58476d1ce4e5b9u;
+  number ^= number >> 27;
+  number *= 0x94d049bb133111ebu;
+  return number ^ (number >> 31);
+}
+
+std::uint64_t Hash(std::string_view text, std::uint64_t seed) {
+  return Mixed(std::hash<std::string_view>()(text) + Mixed(seed + 1));
+}
+
+const Value* TextOf(const Value* value) {
+  return value != nullptr && value->GetType() == Value::ValueString ? value : nullptr;
+}
+
+std::string Numbered(std::string_view name, std::uint32_t ordinal) {
+  std::string text(name);
+  if (ordinal > 1 || name.empty()) text += "[" + std::to_string(ordinal) + "]";
+  return text;
+}
+
+}  // namespace
+
+std::string_view KeyOfValue(const Node& node, const Value& value) {
+  return node.GetNodeType() == Node::NodeEnum ? value.GetValue().View() : OwnName(value);
+}
+
+bool IsParameter(const Node& node) {
+  return node.GetNodeType() == Node::NodePlain && node.GetValues().size() == 1;
+}
+
+std::uint64_t ContentOf(const Node& node, const Value& value) {
+  const std::string meaning = MeaningOf(value.GetType(), value.GetValue().View());
+  const std::string_view label =
+      node.GetNodeType() == Node::NodeEnum ? std::string_view() : value.GetValueName().View();
+  const bool hasBound = value.GetRangeVal() == 1;
+  const auto kind = static_cast<std::uint64_t>(value.GetType()) * 2 + (hasBound ? 1 : 0);
+  const std::uint64_t labels =
+      hasBound ? Hash(MeaningOf(Value::ValueFloat, label), kind) : Hash(label, kind);
+  return Hash(meaning, labels);
+}
+
+StandardItems::StandardItems(VyrAnnStandardXMLParser& document) {
+  for (const char* name : {"Enum", "TypeDef", "Root"}) {
+    tops_.emplace_back(document.GetNodeWithPath(name));
+    items_.push_back({tops_.back().Get(), kNone, 0, 1, false, nullptr, 0, 0, 0});
+  }
+  for (Index item = 0; item < Count(); ++item) AddChildren(item);
+  for (Index item = Count(); item-- > 0;) Summarize(item);
+}
+
+void StandardItems::AddChildren(Index parent) {
+  const Index begin = Count();
+  items_[parent].firstChild = begin;
+  const Node::Nodes& children = items_[parent].node->GetNodes();
+  for (const VyrAnnStandardXMLNode_var& child : children) {
+    items_.push_back({child.Get(), parent, 0, 1, false, nullptr, 0, 0, 0});
+  }
+  if (children.size() <= kFewChildren) {
+    Number(begin, Count());
+  } else {
+    NumberMany(begin, Count());
+  }
+}
+
+void StandardItems::Number(Index begin, Index end) {
+  for (Index item = begin; item < end; ++item) {
+    for (Index before = begin; before < item; ++before) {
+      if (!(items_[before].node->GetNodeName() == items_[item].node->GetNodeName())) continue;
+      ++items_[item].ordinal;
+      items_[item].isRepeated = items_[before].isRepeated = true;
+    }
+  }
+}
+
+void StandardItems::NumberMany(Index begin, Index end) {
+  struct Seen {
+    Index first;
+    std::uint32_t count;
+  };
+  std::unordered_map<std::string_view, Seen> seen;
+  for (Index item = begin; item < end; ++item) {
+    Seen& name =
+        seen.try_emplace(items_[item].node->GetNodeName().View(), Seen{item, 0}).first->second;
+    items_[item].ordinal = ++name.count;
+    if (name.count > 1) items_[item].isRepeated = items_[name.first].isRepeated = true;
+  }
+}
+
+/// Children come after their parents: taken backwards, they are complete before these.
+void StandardItems::Summarize(Index index) {
+  Item& item = items_[index];
+  const Node& node = *item.node;
+  const bool isEntry = node.GetNodeType() == Node::NodeInstance || item.isRepeated;
+  const auto kind = static_cast<std::uint64_t>(node.GetNodeType());
+  const std::uint64_t name = Hash(node.GetNodeName().View(), kind);
+  // A sum, since the order of parameters says nothing.
+  std::uint64_t content = name;
+  std::uint64_t ofEntryName = 0;
+  for (const VyrAnnStandardXMLValue_var& value : node.GetValues()) {
+    const std::uint64_t part = Mixed(ContentOf(node, *value));
+    content += part;
+    if (!isEntry || item.entryName != nullptr || OwnName(*value) != "Name") continue;
+    item.entryName = TextOf(value.Get());
+    if (item.entryName != nullptr) ofEntryName = part;
+  }
+  item.values = static_cast<std::uint32_t>(node.GetValues().size());
+  for (Index child = 0; child < ChildCount(index); ++child) {
+    const Item& below = items_[item.firstChild + child];
+    content += below.content;
+    item.values += below.values;
+    if (!isEntry || item.entryName != nullptr || below.node->GetNodeName().View() != "Name") {
+      continue;
+    }
+    if (!IsParameter(*below.node)) continue;
+    item.entryName = TextOf(below.node->GetValues().front().Get());
+    if (item.entryName != nullptr) ofEntryName = below.content;
+  }
+  item.content = Mixed(content);
+  item.unnamed = Mixed(content - ofEntryName);
+}
+
+std::string StandardItems::PathOf(Index item) const {
+  std::vector<Index> chain;
+  for (; item != kNone; item = items_[item].parent) chain.push_back(item);
+  std::string path;
+  for (auto at = chain.rbegin(); at != chain.rend(); ++at) {
+    if (!path.empty()) path += '.';
+    path += Numbered(items_[*at].node->GetNodeName().View(), items_[*at].ordinal);
+  }
+  return path;
+}
+
+std::string StandardItems::PathOfValue(Index item, std::size_t value) const {
+  const Node& node = *items_[item].node;
+  if (IsParameter(node)) return PathOf(item);
+  if (numberedItem_ != item) {
+    numberedItem_ = item;
+    valueOrdinals_.clear();
+    std::unordered_map<std::string_view, std::uint32_t> seen;
+    for (const VyrAnnStandardXMLValue_var& each : node.GetValues()) {
+      valueOrdinals_.push_back(++seen[KeyOfValue(node, *each)]);
+    }
+  }
+  return PathOf(item) + "." +
+         Numbered(KeyOfValue(node, *node.GetValues()[value]), valueOrdinals_[value]);
+}
+
+std::string_view StandardItems::EntryOf(Index item) const {
+  while (item != kNone && items_[item].entryName == nullptr) item = items_[item].parent;
+  return item == kNone ? std::string_view() : items_[item].entryName->GetValue().View();
+}

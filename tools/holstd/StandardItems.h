@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "VyrAnnStandardXMLParser.h"
+
+/// The nodes of a standard as one flat list, level after level, so that the children of a node are
+/// neighbours and no depth of a standard is too much for who walks them. Borrows the document,
+/// which must not change.
+class StandardItems {
+ public:
+  using Node = VyrAnnStandardXMLNode;
+  using Value = VyrAnnStandardXMLValue;
+  using Index = std::uint32_t;
+  static constexpr Index kNone = ~Index{0};
+
+  /// The trees, which are the first items.
+  enum Top : Index { kEnum = 0, kTypeDef = 1, kRoot = 2, kTops = 3 };
+
+  struct Item {
+    const Node* node;
+    Index parent;
+    Index firstChild;        ///< the others follow it
+    std::uint32_t ordinal;   ///< from 1 among the children of that name before it
+    bool isRepeated;         ///< another child of the same parent has the name
+    const Value* entryName;  ///< its parameter "Name" when it is an entry of a list, else null
+    std::uint64_t content;   ///< differs where name, kind or content do, but for rare accidents
+    std::uint64_t unnamed;   ///< the same without the parameter "Name"
+    std::uint32_t values;    ///< number of all values of the subtree
+  };
+
+  explicit StandardItems(VyrAnnStandardXMLParser& document);
+
+  Index Count() const { return static_cast<Index>(items_.size()); }
+  const Item& operator[](Index item) const { return items_[item]; }
+  Index ChildCount(Index item) const {
+    return static_cast<Index>(items_[item].node->GetNodes().size());
+  }
+
+  /// The path of a node as the commands have it, from the name of a tree on. A name that is not
+  /// the first of its kind below its parent has its place in brackets after it, from 2 on.
+  std::string PathOf(Index item) const;
+  /// The path of a value: its node's own when that has no other, else that and the value's name, a
+  /// literal's text, or for a value without a name only the place in brackets.
+  std::string PathOfValue(Index item, std::size_t value) const;
+  /// "Name" of the innermost entry of a list that holds the item or is it; empty without.
+  std::string_view EntryOf(Index item) const;
+
+ private:
+  void AddChildren(Index parent);
+  void Number(Index begin, Index end);
+  void NumberMany(Index begin, Index end);
+  void Summarize(Index item);
+
+  std::vector<VyrAnnStandardXMLNode_var> tops_;
+  std::vector<Item> items_;
+  // Of the values that were asked for last, since those of one node follow each other.
+  mutable Index numberedItem_ = kNone;
+  mutable std::vector<std::uint32_t> valueOrdinals_;
+};
+
+/// What a value is called in its node: its own name, the text of a literal, nothing.
+std::string_view KeyOfValue(const VyrAnnStandardXMLNode& node, const VyrAnnStandardXMLValue& value);
+/// True for the only value of a node that is a parameter.
+bool IsParameter(const VyrAnnStandardXMLNode& node);
+/// The same for equal values of equal names.
+std::uint64_t ContentOf(const VyrAnnStandardXMLNode& node, const VyrAnnStandardXMLValue& value);

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+// Work that is shared among processes: what one of them does to itself harms no other.
+
+/// What a job left behind.
+struct JobEnd {
+  bool isWhole = false;  ///< false: its process died of it
+  std::string cause;     ///< what the process died of, in one phrase
+  std::string answer;    ///< what the job returned; empty unless it is whole
+  std::string data;      ///< what it wrote to standard output
+  std::string talk;      ///< what it wrote to standard error
+};
+
+/// Does jobs 0 to `count` - 1 in `processes` processes, each of which does one after the other, and
+/// calls `take` for every job in the order of their numbers. A process that dies takes no other job
+/// with it. `job` runs in those processes: it must not throw, and nobody but later jobs of the same
+/// process sees what it changes. To be called before there are threads, with no output pending.
+/// Throws `Failure` when no process can be made, `Interrupted`, and whatever `take` throws; all
+/// processes have ended then.
+void DoInProcesses(std::size_t count, int processes,
+                   const std::function<std::string(std::size_t job)>& job,
+                   const std::function<void(std::size_t job, const JobEnd& end)>& take);
