@@ -36,7 +36,7 @@ run holstd upgrade "$site" -o "$output/site.xml"
 run holstd tree "$output/site.xml" Root.ViewsSet
 
 # And an edit by path commands.
-run holstd edit "$output/site.xml" --in-place -v \
+run holstd edit "$output/site.xml" --in-place --no-backup -v \
   -c "change Root.Dimension.DIMLTail:12.5" \
   -c "node Root:Site" \
   -c "value Root.Site:Owner:string:Gearbox design office"

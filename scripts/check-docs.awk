@@ -1,0 +1,102 @@
+# Reads the runs of a document: fences "console" with lines "$ command" (a line "> more" goes on with
+# the command above it) and what the command prints, and fences with two words, "xml site.xml", which
+# hold a file that the commands below them find.
+#   awk -v mode=split -v steps=FOLDER ...  writes each step into FOLDER: N.command, N.expected, N.line
+#   awk -v mode=print -v steps=FOLDER ...  prints the document; a step with N.differs as it was run
+
+function part(suffix) { return steps "/" step suffix }
+
+function begin_step() {
+  end_step()
+  step++
+  is_open = 1
+  has_output = 0
+  last_blank = 0
+  if (mode != "split") return
+  print FNR > part(".line")
+  printf "" > part(".expected")
+}
+
+# In print mode: what a step printed in place of what the document said.
+function end_step(  line, differs) {
+  if (!is_open) return
+  is_open = 0
+  if (mode == "split") {
+    close(part(".command")); close(part(".expected")); close(part(".line")); close(part(".file"))
+    return
+  }
+  if ((getline differs < part(".differs")) >= 0) {
+    while ((getline line < part(".output")) > 0) print line
+    if (last_blank) print ""
+  }
+  close(part(".differs")); close(part(".output"))
+}
+
+function is_replaced(  differs, found) {
+  found = (getline differs < part(".differs")) >= 0
+  close(part(".differs"))
+  return found
+}
+
+/^ +```(console|sh|bash|shell)/ {
+  printf "%s:%d: a block of commands that is indented and so not run\n", FILENAME, FNR > "/dev/stderr"
+  status = 1
+}
+
+/^```/ {
+  if (fence != "") {
+    end_step()
+    fence = ""
+  } else {
+    words = split(substr($0, 4), word, " ")
+    fence = words == 0 ? "text" : word[1]
+    if (words == 2) {
+      fence = "file"
+      begin_step()
+      if (mode == "split") {
+        printf "install -D -m 644 '%s' '%s'\n", part(".file"), word[2] > part(".command")
+        printf "" > part(".file")
+      }
+    }
+    if (fence ~ /^(sh|bash|shell)$/ && FILENAME !~ /README/) {
+      printf "%s:%d: a block of commands that nobody runs; make it a \"console\" block\n", \
+             FILENAME, FNR > "/dev/stderr"
+      status = 1
+    }
+  }
+  if (mode == "print") print
+  next
+}
+
+fence == "file" {
+  if (mode == "split") print > part(".file")
+  else print
+  next
+}
+
+fence != "console" {
+  if (mode == "print") print
+  next
+}
+
+/^\$ / { begin_step() }
+
+/^\$ / || (/^> / && is_open && !has_output) {
+  if (mode == "split") print substr($0, 3) > part(".command")
+  else print
+  next
+}
+
+{
+  if (!is_open) {
+    printf "%s:%d: a console block begins with \"$ command\"\n", FILENAME, FNR > "/dev/stderr"
+    status = 1
+    next
+  }
+  has_output = 1
+  last_blank = $0 == ""
+  if (mode == "split") print > part(".expected")
+  else if (!is_replaced()) print
+}
+
+END { exit status }
