@@ -3,7 +3,7 @@
 
 #include "FuzzTarget.h"
 #include "MemoryFile.h"
-#include "VyrAnnStandardXMLParser.h"
+#include "RoundTrip.h"
 #include "VyrDrwParseStandard.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -19,9 +19,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   VyrAnnStandardXMLParser& document = standard.GetDocument();
   Require(document.GetVersion() == VyrDrwParseStandard::GetCurrentVersion(),
           "an upgraded standard is of the current version");
-  VyrUnicodeString saved;
-  document.SaveInString(saved);
-  VyrAnnStandardXMLParser again;
-  Require(again.DecodeXML(saved, 0) == 0, "what was saved can be read");
+  RequireSameAgain(Saved(document));
   return 0;
 }

@@ -9,7 +9,7 @@
 
 #include "FuzzTarget.h"
 #include "MemoryFile.h"
-#include "VyrAnnStandardXMLParser.h"
+#include "RoundTrip.h"
 #include "VyrDrwParseStandard.h"
 
 namespace {
@@ -86,17 +86,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   VyrAnnStandardXMLParser& document = standard.GetDocument();
   if (isVersionPlain) RequireVersion(document.GetVersion(), before, target);
-  VyrUnicodeString saved;
-  document.SaveInString(saved);
+  const VyrUnicodeString saved = Saved(document);
   if (saved.IsEmpty()) {
     Require(!document.GetProblem().IsEmpty(), "what cannot be saved says why");
     Require(HasDefinitionTwice(document), "what was read and upgraded can be saved");
     return 0;
   }
-  VyrAnnStandardXMLParser again;
-  Require(again.DecodeXML(saved, 0) == 0, "what was saved can be read");
-  VyrUnicodeString savedAgain;
-  again.SaveInString(savedAgain);
-  Require(saved == savedAgain, "a standard that is read and saved stays the same");
+  RequireSameAgain(saved);
   return 0;
 }

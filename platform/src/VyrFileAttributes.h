@@ -11,6 +11,6 @@
 /// the owner cannot be kept the set-user-id bit goes, and where the group cannot be kept the
 /// set-group-id bit goes and the new group gets what all others have.
 ///
-/// `replaced` is the path of that file, no symbolic link, and `status` its status. False with
+/// `replaced` is a path that leads to that file, and `status` its status. False with
 /// `errno` set when what could be kept is not, or a list cannot be read or set.
 bool VyrTakeOverAttributes(int file, const std::string& replaced, const struct stat& status);
