@@ -18,8 +18,10 @@
 // the link.
 //
 // Processes that replace or restore a file at the same time do so one after the other, where the
-// file system has locks, so that each keeps what the one before it wrote. A process that is killed
-// leaves FILE whole and nothing lost; it may leave a file "*.tmp", which is nobody's.
+// file system has locks, so that each keeps what the one before it wrote. One that has locks but
+// refuses this one, as a server does without its lock service, is a failure. A process that is
+// killed leaves FILE whole and nothing lost; it may leave a backup more and a file "*.tmp", which
+// is nobody's.
 
 /// What became of a file that was to be replaced or restored.
 struct VyrFileChange {
@@ -30,13 +32,18 @@ struct VyrFileChange {
     NoBackup,   ///< there is none to restore
     BadBackup,  ///< the newest backup cannot be read or is not a regular file: nothing was changed
     NotKept,    ///< what the file holds could not be kept: nothing was changed
-    Failed,     ///< the file could not be written: it is as it was, and so are the backups
+    NoName,     ///< the same, for want of a name: it would be too long, or is the highest number
+    Failed,  ///< the file could not be written, or another process holds it or its backup for too
+             ///< long, or memory ran out: it is as it was, and so are the backups, unless `kept`
+             ///< names one
     NotUsedUp,  ///< it is restored, but its backup could not be removed
   };
   Result result = Result::Done;  ///< how it ended
   std::string file;              ///< what `problem` speaks of
   std::string problem;           ///< what went wrong, in one phrase; empty when Done or Unchanged
-  std::string kept;    ///< the file that holds what was replaced; empty when there is none
+  /// The file that holds what was replaced; empty when there is none. After a failure: the file
+  /// system reports that it could not rename the new file, but the old one is in its place no more.
+  std::string kept;
   std::string backup;  ///< the backup that was restored
 };
 
@@ -47,7 +54,8 @@ enum class VyrReplaced { Kept, Dropped };
 constexpr std::chrono::milliseconds kVyrPatience{10'000};
 
 /// Replaces the content of a regular file as `VyrSaveFile` does and keeps what it held as its
-/// newest backup. Where there was no file there is nothing to keep.
+/// newest backup. Where there was no file there is nothing to keep. Like `VyrRestoreFile` it throws
+/// nothing; without memory even for the name of the file, `file` is empty.
 HOLSTANDARDINFRA_EXPORT VyrFileChange
 VyrReplaceFile(VyrUnicodeView path, std::string_view content, VyrReplaced replaced,
                std::chrono::milliseconds patience = kVyrPatience);

@@ -1,111 +1,33 @@
 #include "VyrBackups.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <charconv>
-#include <filesystem>
 #include <optional>
-#include <thread>
+#include <utility>
+#include <vector>
 
-#include "VyrFileAttributes.h"
+#include "VyrEnvironment.h"
+#include "VyrFilePlace.h"
+#include "VyrFileProblem.h"
+#include "VyrFileTimes.h"
 #include "VyrFiles.h"
+#include "VyrHeldFile.h"
 #include "VyrSystemText.h"
 #include "VyrTemporaryFile.h"
+#include "VyrWithinMemory.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
+using Clock = VyrHeldFile::Clock;
+using Links = VyrHeldFile::Links;
 using Result = VyrFileChange::Result;
 
 constexpr std::string_view kBackup = ".bak";
 constexpr std::string_view kUndone = ".undone";
-
-// --- A file that other processes leave alone -----------------------------------------------------
-
-enum class Links { Followed, Refused };
-
-/// A regular file, locked as long as this object lives, where the file system has locks.
-class HeldFile {
- public:
-  /// What went wrong, or nothing. A file that does not exist is nothing wrong.
-  std::string Hold(const std::string& path, Links links, Clock::time_point deadline) {
-    do {
-      if (std::string problem = Open(path, links); !problem.empty() || !Exists()) return problem;
-      if (!Lock(deadline)) return "is being saved by another process";
-      // Whoever held it may have put another file into its place.
-    } while (!IsStillAt(path, links));
-    return {};
-  }
-
-  bool Exists() const { return file_.IsOpen(); }
-  const std::string& Path() const { return path_; }
-  const struct stat& Status() const { return status_; }
-
- private:
-  std::string Open(const std::string& path, Links links) {
-    path_ = path;
-    file_ = VyrDescriptor();
-    // Looked at first: to open a device or a pipe may have effects of its own.
-    const int found =
-        links == Links::Followed ? ::stat(path.c_str(), &status_) : ::lstat(path.c_str(), &status_);
-    if (found != 0) return errno == ENOENT ? "" : "cannot be opened: " + VyrSystemText(errno);
-    if (S_ISDIR(status_.st_mode)) return "is a folder, not a file";
-    if (!S_ISREG(status_.st_mode)) return "is not a regular file";
-    const int flags =
-        O_RDONLY | O_NONBLOCK | O_CLOEXEC | (links == Links::Refused ? O_NOFOLLOW : 0);
-    file_ = VyrDescriptor(::open(path.c_str(), flags));
-    if (!file_.IsOpen()) return errno == ENOENT ? "" : "cannot be opened: " + VyrSystemText(errno);
-    return {};
-  }
-
-  /// False when another process keeps it for too long. Without locks files are taken as they come.
-  bool Lock(Clock::time_point deadline) const {
-    constexpr std::chrono::milliseconds pause{5};
-    while (::flock(file_.Get(), LOCK_EX | LOCK_NB) != 0) {
-      if (errno == EINTR) continue;
-      if (errno != EWOULDBLOCK) return true;
-      if (Clock::now() >= deadline) return false;
-      std::this_thread::sleep_for(pause);
-    }
-    return true;
-  }
-
-  bool IsStillAt(const std::string& path, Links links) {
-    struct stat there {};
-    const int found =
-        links == Links::Followed ? ::stat(path.c_str(), &there) : ::lstat(path.c_str(), &there);
-    if (::fstat(file_.Get(), &status_) != 0 || found != 0) return false;
-    return there.st_dev == status_.st_dev && there.st_ino == status_.st_ino;
-  }
-
-  VyrDescriptor file_;
-  std::string path_;
-  struct stat status_ {};
-};
-
-// --- Copies --------------------------------------------------------------------------------------
-
-/// Gives a new file that content and all that the original has, its times too; on the disk then.
-/// What went wrong, or nothing.
-std::string Fill(VyrTemporaryFile& copy, const HeldFile& original, std::string_view content) {
-  const int file = copy.File().Get();
-  const std::array<timespec, 2> times = {original.Status().st_atim, original.Status().st_mtim};
-  const bool isDone = copy.File().IsOpen() && VyrWriteAll(file, content) &&
-                      VyrTakeOverAttributes(file, original.Path(), original.Status()) &&
-                      ::futimens(file, times.data()) == 0 &&
-                      VyrUninterrupted([=] { return ::fsync(file); }) == 0 && copy.File().Close();
-  return isDone ? std::string() : VyrSystemText(errno);
-}
-
-/// For nobody but this process until it has the permissions of the original.
-constexpr mode_t kForItsWriterOnly = 0600;
 
 // --- Numbered names ------------------------------------------------------------------------------
 
@@ -129,137 +51,235 @@ std::optional<int> NumberOf(std::string_view end) {
 /// The highest number in use, -1 when none is. Returns what went wrong, or nothing.
 std::string FindHighest(const std::string& path, std::string_view suffix, int& highest) {
   highest = -1;
-  const std::string start = fs::path(path).filename().string() + std::string(suffix);
-  std::error_code error;
-  fs::directory_iterator entry(VyrFolderOf(path), error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const std::string name = entry->path().filename().string();
+  const std::string start = VyrNameOf(path) + std::string(suffix);
+  std::vector<std::string> names;
+  if (!VyrListDirectory(VyrFolderOf(path), names) && errno != ENOENT) {
+    return VyrNotOpened("its folder cannot be listed: ");
+  }
+  for (const std::string& name : names) {
     if (!name.starts_with(start)) continue;
     const std::optional<int> number = NumberOf(std::string_view(name).substr(start.size()));
     if (number) highest = std::max(highest, *number);
   }
-  const bool isNoFolder = error == std::errc::no_such_file_or_directory;
-  return !error || isNoFolder ? "" : "its folder cannot be listed: " + VyrSystemText(error.value());
+  return {};
 }
 
-/// Keeps the content of a file beside it under a name that nothing has. Returns what went wrong, or
-/// nothing.
-std::string Keep(const std::string& path, std::string_view suffix, const HeldFile& file,
-                 std::string_view content, std::string& kept) {
-  VyrTemporaryFile copy(path, kForItsWriterOnly);
-  if (std::string problem = Fill(copy, file, content); !problem.empty()) return problem;
-  for (;;) {
-    int highest = -1;
-    if (std::string problem = FindHighest(path, suffix, highest); !problem.empty()) return problem;
-    if (highest == kMostNumber) return "there is no higher number than the last one's";
-    const std::string name = NumberedName(path, suffix, highest + 1);
-    if (copy.RenameToNew(name)) {
-      VyrSyncFolder(VyrFolderOf(name));
-      kept = name;
-      return {};
-    }
-    if (errno != EEXIST) return VyrSystemText(errno);  // else another process was first
+// --- Copies --------------------------------------------------------------------------------------
+
+/// For nobody but this process until it has the permissions of the original.
+constexpr mode_t kForItsWriterOnly = 0600;
+
+/// Gives a new file that content and all that the original has, its times too; on the disk then.
+bool FillLike(VyrTemporaryFile& copy, const VyrHeldFile& original, std::string_view content) {
+  const struct stat& status = original.Status();
+  return copy.Fill(content, VyrTemporaryFile::Original{original.Path(), status},
+                   VyrFileTimes{status.st_atim, status.st_mtim});
+}
+
+/// What a file held, kept under a name of its own. It goes with its object unless it `Stays`.
+class Kept {
+ public:
+  Kept() = default;
+  Kept(const Kept&) = delete;
+  Kept& operator=(const Kept&) = delete;
+  ~Kept() {
+    if (goes_ && !name_.empty()) ::unlink(name_.c_str());
   }
-}
+  /// Asks for no memory: else the name could be lost of a file that is there.
+  void Is(std::string&& name) noexcept { name_ = std::move(name); }
+  void Stays() noexcept { goes_ = false; }
+  const std::string& Name() const { return name_; }
 
-// --- Replace and restore -------------------------------------------------------------------------
+ private:
+  std::string name_;
+  bool goes_ = true;
+};
 
 VyrFileChange Trouble(Result result, const std::string& file, const std::string& problem) {
   return {result, file, problem, {}, {}};
 }
 
-VyrFileChange NotKept(const std::string& path, std::string_view suffix,
+VyrFileChange NotKept(Result result, const std::string& path, std::string_view suffix,
                       const std::string& problem) {
-  return Trouble(Result::NotKept, path,
-                 "what it holds cannot be kept as " + fs::path(path).filename().string() +
-                     std::string(suffix) + ": " + problem);
+  return Trouble(
+      result, path,
+      "what it holds cannot be kept as " + VyrNameOf(path) + std::string(suffix) + ": " + problem);
 }
 
-/// The save failed: what was kept is still in its place.
-VyrFileChange TakeBack(const std::string& kept, const std::string& path,
-                       const std::string& problem) {
-  if (!kept.empty()) ::unlink(kept.c_str());
-  return Trouble(Result::Failed, path, problem);
-}
-
-std::string MakeFile(const std::string& path, const HeldFile& backup, std::string_view content) {
-  std::string target = path;
-  if (!VyrFollowLinks(target)) return "cannot be written: " + VyrSystemText(errno);
-  VyrTemporaryFile copy(target, kForItsWriterOnly);
-  if (std::string problem = Fill(copy, backup, content); !problem.empty()) {
-    return "cannot be written: " + problem;
+/// Keeps the content of a file beside it under a name that nothing has. Returns what went wrong, or
+/// nothing.
+std::optional<VyrFileChange> Keep(const std::string& path, std::string_view suffix,
+                                  const VyrHeldFile& file, std::string_view content, Kept& kept) {
+  VyrTemporaryFile copy(path, kForItsWriterOnly);
+  if (!FillLike(copy, file, content)) {
+    return NotKept(Result::NotKept, path, suffix, VyrNotWritten(""));
   }
-  if (!copy.RenameToNew(target)) return "cannot be written: " + VyrSystemText(errno);
-  VyrSyncFolder(VyrFolderOf(target));
+  const std::string folder = VyrFolderOf(path);
+  for (int tried = -1;;) {
+    int highest = -1;
+    const std::string problem = FindHighest(path, suffix, highest);
+    if (!problem.empty()) return NotKept(Result::NotKept, path, suffix, problem);
+    // A folder that knows no case has names that are taken though they are not listed.
+    tried = std::max(tried, highest);
+    if (tried == kMostNumber) {
+      return NotKept(Result::NoName, path, suffix,
+                     "there is no higher number than the last one's; move older ones elsewhere");
+    }
+    std::string name = NumberedName(path, suffix, ++tried);
+    if (copy.RenameToNew(name)) {
+      kept.Is(std::move(name));
+      VyrSyncFolder(folder);
+      return std::nullopt;
+    }
+    if (errno == EEXIST) continue;
+    const Result result = errno == ENAMETOOLONG ? Result::NoName : Result::NotKept;
+    return NotKept(result, path, suffix, VyrNotWritten(""));
+  }
+}
+
+// --- Replace and restore -------------------------------------------------------------------------
+
+/// What a save came to that failed. `prepared` is what it would have come to.
+VyrFileChange NotSaved(VyrFileChange&& prepared, const VyrHeldFile& file, Kept& kept,
+                       std::string&& problem) {
+  VyrFileChange change = std::move(prepared);
+  change.result = Result::Failed;
+  change.problem = std::move(problem);
+  change.backup.clear();
+  if (file.Exists() && file.IsThere()) {
+    change.kept.clear();
+  } else if (!kept.Name().empty()) {
+    // A network file system may have done what it reports as failed: this is all that is left then.
+    kept.Stays();
+    VyrWithinMemory(
+        [&] {
+          change.problem += "; it may have been written all the same, what it held is in ";
+          change.problem += kept.Name();
+        },
+        [] {});
+  }
+  return change;
+}
+
+std::string MakeFile(const std::string& path, const VyrHeldFile& backup, std::string_view content) {
+  std::string target = path;
+  if (!VyrFollowLinks(target)) return VyrNotWritten();
+  const std::string folder = VyrFolderOf(target);
+  VyrTemporaryFile copy(target, kForItsWriterOnly);
+  if (!FillLike(copy, backup, content) || !copy.RenameToNew(target)) return VyrNotWritten();
+  VyrSyncFolder(folder);
   return {};
 }
 
-/// Restores a file from a backup, both held.
-VyrFileChange RestoreFrom(const std::string& path, const HeldFile& file, const std::string& name,
-                          const HeldFile& backup, VyrReplaced replaced) {
-  std::string content;
-  if (const std::string problem = VyrReadFile(name, content); !problem.empty()) {
-    return Trouble(Result::BadBackup, name, problem);
+VyrFileChange Replace(const std::string& path, std::string_view content, VyrReplaced replaced,
+                      Clock::time_point deadline) {
+  VyrHeldFile file;
+  std::string problem = file.Hold(path, Links::Followed, deadline);
+  if (!problem.empty()) return Trouble(Result::Failed, path, problem);
+  Kept kept;
+  if (file.Exists()) {
+    std::string present;
+    problem = file.Read(present);
+    if (!problem.empty()) return Trouble(Result::Failed, path, problem);
+    if (present == content) return Trouble(Result::Unchanged, path, {});
+    if (replaced == VyrReplaced::Kept) {
+      if (const auto trouble = Keep(path, kBackup, file, present, kept)) return *trouble;
+    }
   }
-  std::string kept;
+  // Before the file is replaced: afterwards nothing may fail, not even a request for memory.
+  VyrFileChange change{Result::Done, path, {}, kept.Name(), {}};
+  problem = VyrSaveFile(path, content);
+  if (!problem.empty()) return NotSaved(std::move(change), file, kept, std::move(problem));
+  kept.Stays();
+  return change;
+}
+
+/// Removes a backup that is restored. `notUsedUp` is what is told when it cannot be.
+bool UseUp(const std::string& name, const std::string& folder, VyrFileChange& notUsedUp) {
+  if (::unlink(name.c_str()) == 0 || errno == ENOENT) {
+    VyrSyncFolder(folder);
+    return true;
+  }
+  const int error = errno;
+  VyrWithinMemory(
+      [&] { notUsedUp.problem = "is restored, but cannot be removed: " + VyrSystemText(error); },
+      [&] { notUsedUp.problem = "is not removed"; });  // so short that it needs no memory
+  return false;
+}
+
+/// Restores a file from a backup, both held.
+VyrFileChange RestoreFrom(const std::string& path, const VyrHeldFile& file,
+                          const VyrHeldFile& backup, VyrReplaced replaced) {
+  const std::string& name = backup.Path();
+  std::string content;
+  std::string problem = backup.Read(content);
+  if (!problem.empty()) return Trouble(Result::BadBackup, name, problem);
+  Kept kept;
   if (file.Exists() && replaced == VyrReplaced::Kept) {
     std::string present;
-    std::string problem = VyrReadFile(path, present);
-    if (problem.empty()) problem = Keep(path, kUndone, file, present, kept);
-    if (!problem.empty()) return NotKept(path, kUndone, problem);
+    problem = file.Read(present);
+    if (!problem.empty()) return NotKept(Result::NotKept, path, kUndone, problem);
+    if (const auto trouble = Keep(path, kUndone, file, present, kept)) return *trouble;
   }
-  const std::string problem = file.Exists() ? VyrSaveFile(path, content, VyrModificationTime(name))
-                                            : MakeFile(path, backup, content);
-  if (!problem.empty()) return TakeBack(kept, path, problem);
-  if (::unlink(name.c_str()) != 0) {
-    const std::string reason = VyrSystemText(errno);
-    return {Result::NotUsedUp, name, "is restored, but cannot be removed: " + reason, kept, name};
+  // Before the file is replaced: afterwards nothing may fail, not even a request for memory.
+  VyrFileChange change{Result::Done, path, {}, kept.Name(), name};
+  VyrFileChange notUsedUp{Result::NotUsedUp, name, {}, kept.Name(), name};
+  const std::string folder = VyrFolderOf(name);
+  problem = file.Exists() ? VyrSaveFile(path, content, VyrModificationTimeOf(backup.Status()))
+                          : MakeFile(path, backup, content);
+  if (!problem.empty()) return NotSaved(std::move(change), file, kept, std::move(problem));
+  kept.Stays();
+  if (!UseUp(name, folder, notUsedUp)) return notUsedUp;
+  return change;
+}
+
+VyrFileChange Restore(const std::string& path, VyrReplaced replaced, Clock::time_point deadline) {
+  for (;;) {
+    VyrHeldFile file;
+    std::string problem = file.Hold(path, Links::Followed, deadline);
+    int newest = -1;
+    if (problem.empty()) problem = FindHighest(path, kBackup, newest);
+    if (!problem.empty()) return Trouble(Result::Failed, path, problem);
+    if (newest < 0) return Trouble(Result::NoBackup, path, "there is no backup of it");
+    const std::string name = NumberedName(path, kBackup, newest);
+    VyrHeldFile backup;
+    problem = backup.Hold(name, Links::Refused, deadline);
+    if (!problem.empty()) {
+      return Trouble(backup.IsLocked() ? Result::Failed : Result::BadBackup, name, problem);
+    }
+    // Without a file to hold, another process may have made it of this very backup meanwhile.
+    struct stat status {};
+    const bool isMadeMeanwhile = !file.Exists() && ::stat(path.c_str(), &status) == 0;
+    if (backup.Exists() && !isMadeMeanwhile) return RestoreFrom(path, file, backup, replaced);
   }
-  VyrSyncFolder(VyrFolderOf(name));
-  return {Result::Done, path, {}, kept, name};
+}
+
+/// Does `work` on a native path; refused when memory runs out.
+template <class Work>
+VyrFileChange Change(VyrUnicodeView path, Work work) {
+  return VyrWithinMemory([&] { return work(VyrNativePath(path)); },
+                         [&] {
+                           VyrFileChange change;
+                           change.result = Result::Failed;
+                           VyrSayOutOfMemory(change.problem);
+                           VyrWithinMemory([&] { change.file = path; }, [] {});
+                           return change;
+                         });
 }
 
 }  // namespace
 
 VyrFileChange VyrReplaceFile(VyrUnicodeView path, std::string_view content, VyrReplaced replaced,
                              std::chrono::milliseconds patience) {
-  const std::string native = VyrNativePath(path);
-  HeldFile file;
-  std::string problem = file.Hold(native, Links::Followed, Clock::now() + patience);
-  if (!problem.empty()) return Trouble(Result::Failed, native, problem);
-  std::string kept;
-  if (file.Exists()) {
-    std::string present;
-    problem = VyrReadFile(native, present);
-    if (!problem.empty()) return Trouble(Result::Failed, native, problem);
-    if (present == content) return {Result::Unchanged, native, {}, {}, {}};
-    if (replaced == VyrReplaced::Kept) problem = Keep(native, kBackup, file, present, kept);
-    if (!problem.empty()) return NotKept(native, kBackup, problem);
-  }
-  problem = VyrSaveFile(native, content);
-  if (!problem.empty()) return TakeBack(kept, native, problem);
-  return {Result::Done, native, {}, kept, {}};
+  const Clock::time_point deadline = Clock::now() + patience;
+  return Change(path, [&](const std::string& native) {
+    return Replace(native, content, replaced, deadline);
+  });
 }
 
 VyrFileChange VyrRestoreFile(VyrUnicodeView path, VyrReplaced replaced,
                              std::chrono::milliseconds patience) {
-  const std::string native = VyrNativePath(path);
   const Clock::time_point deadline = Clock::now() + patience;
-  for (;;) {
-    HeldFile file;
-    std::string problem = file.Hold(native, Links::Followed, deadline);
-    int newest = -1;
-    if (problem.empty()) problem = FindHighest(native, kBackup, newest);
-    if (!problem.empty()) return Trouble(Result::Failed, native, problem);
-    if (newest < 0) return Trouble(Result::NoBackup, native, "there is no backup of it");
-    const std::string name = NumberedName(native, kBackup, newest);
-    HeldFile backup;
-    problem = backup.Hold(name, Links::Refused, deadline);
-    if (!problem.empty()) return Trouble(Result::BadBackup, name, problem);
-    // Without a file to hold, another process may have made it of this very backup meanwhile.
-    struct stat status {};
-    const bool isMadeMeanwhile = !file.Exists() && ::stat(native.c_str(), &status) == 0;
-    if (!backup.Exists() || isMadeMeanwhile) continue;
-    return RestoreFrom(native, file, name, backup, replaced);
-  }
+  return Change(path,
+                [&](const std::string& native) { return Restore(native, replaced, deadline); });
 }

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
 #include <string>
 
 #include "VyrUtf8.h"
@@ -20,6 +21,18 @@ std::atomic<bool> developmentStage{false};
 
 bool IsControlCharacter(char character) {
   return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+}
+
+/// Where the line ends; its line end is not of it.
+template <class Text>
+auto EndOfLine(Text& text) {
+  return text.end() - (!text.empty() && text.back() == '\n' ? 1 : 0);
+}
+
+/// Names of files stand in reports, and a hostile one must not forge lines of the log.
+template <class Text>
+void Clean(Text& text) {
+  std::replace_if(text.begin(), EndOfLine(text), IsControlCharacter, '?');
 }
 
 void WriteToStandardError(std::string_view text) {
@@ -49,14 +62,11 @@ void VyrSetDevelopmentStage(bool development) {
 }
 
 void VyrSysLogError(std::string_view text) {
-  // Names of files stand in reports, and a hostile one must not forge lines of the log.
-  const std::string_view line = text.substr(0, text.size() - (text.ends_with('\n') ? 1 : 0));
-  if (std::none_of(line.begin(), line.end(), IsControlCharacter)) {
+  if (!std::any_of(text.begin(), EndOfLine(text), IsControlCharacter)) {
     return Send(Sinks().errorLog, text);
   }
   std::string cleaned(text);
-  std::replace_if(cleaned.begin(), cleaned.begin() + static_cast<std::ptrdiff_t>(line.size()),
-                  IsControlCharacter, '?');
+  Clean(cleaned);
   Send(Sinks().errorLog, cleaned);
 }
 
@@ -81,13 +91,15 @@ void VyrSourceUnit::Report(const char* kind, std::string_view message,
   // Never half a character: the report must stay readable as UTF-8. No memory is asked for here: a
   // check may fail because there is none left.
   const std::string_view limited = VyrCutUtf8(message, 40);
-  std::snprintf(text, sizeof text, ">> ASSERTION FAILED %.32s: %.*s [File: %.128s:%4d].<<\n", kind,
-                static_cast<int>(limited.size()), limited.data(), name_,
-                static_cast<int>(where.line()));
+  const int length = std::snprintf(
+      text, sizeof text, ">> ASSERTION FAILED %.32s: %.*s [File: %.128s:%4d].<<\n", kind,
+      static_cast<int>(limited.size()), limited.data(), name_, static_cast<int>(where.line()));
   if (VyrDevelopmentStage()) {
     Send(Sinks().print, text);
     VyrSysLogAbend(text);
   } else {
-    VyrSysLogError(text);
+    std::span<char> report(text, std::min<std::size_t>(std::max(length, 0), sizeof text - 1));
+    Clean(report);
+    Send(Sinks().errorLog, text);
   }
 }

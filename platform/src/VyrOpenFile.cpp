@@ -1,12 +1,41 @@
 #include "VyrOpenFile.h"
 
-#include <fcntl.h>
+#include <sys/stat.h>
 
-#include <array>
-#include <climits>
-#include <filesystem>
+#include <algorithm>
 
-namespace fs = std::filesystem;
+#include "VyrFileProblem.h"
+#include "VyrSystemText.h"
+
+namespace {
+
+// More is no standard; an endless file must not take all memory before it is refused.
+constexpr std::size_t kMostBytesOfFile = (std::size_t{1} << 31) - 1;
+constexpr const char* kTooLarge = "is larger than 2 GB; no standard is, name the right file";
+
+std::string NotRead() {
+  return "cannot be read: " + VyrSystemText(errno);
+}
+
+/// Reads to the end; what went wrong, or nothing.
+std::string ReadToTheEnd(int file, std::size_t sizeHint, std::string& content) {
+  constexpr std::size_t leastBlock = 65536;
+  std::size_t size = 0;
+  content.resize(sizeHint + 1);
+  for (;;) {
+    if (size > kMostBytesOfFile) return kTooLarge;
+    if (size == content.size()) content.resize(size + std::max(size, leastBlock));
+    const ssize_t got = VyrUninterrupted(
+        [&] { return ::read(file, content.data() + size, content.size() - size); });
+    if (got < 0) return NotRead();
+    if (got == 0) break;
+    size += static_cast<std::size_t>(got);
+  }
+  content.resize(size);
+  return {};
+}
+
+}  // namespace
 
 bool VyrWriteAll(int file, std::string_view content) {
   while (!content.empty()) {
@@ -19,27 +48,14 @@ bool VyrWriteAll(int file, std::string_view content) {
   return true;
 }
 
-bool VyrFollowLinks(std::string& path) {
-  constexpr int mostLinks = 40;
-  std::array<char, PATH_MAX> link;
-  for (int i = 0; i < mostLinks; ++i) {
-    const ssize_t length = ::readlink(path.c_str(), link.data(), link.size());
-    const bool isNoLink = length < 0 && (errno == EINVAL || errno == ENOENT);
-    if (length < 0) return isNoLink;
-    const std::string_view next(link.data(), static_cast<std::size_t>(length));
-    path = (fs::path(path).parent_path() / next).string();
-  }
-  errno = ELOOP;
-  return false;
-}
-
-std::string VyrFolderOf(const std::string& path) {
-  const std::string folder = fs::path(path).parent_path();
-  return folder.empty() ? "." : folder;
-}
-
-void VyrSyncFolder(const std::string& folder) {
-  constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-  const VyrDescriptor open(VyrUninterrupted([&] { return ::open(folder.c_str(), flags); }));
-  if (open.IsOpen()) VyrUninterrupted([&] { return ::fsync(open.Get()); });
+std::string VyrReadAll(int file, std::string& content) {
+  struct stat status {};
+  if (::fstat(file, &status) != 0) return NotRead();
+  if (S_ISDIR(status.st_mode)) return kVyrIsAFolder;
+  if (status.st_size > static_cast<off_t>(kMostBytesOfFile)) return kTooLarge;
+  std::string read;
+  const auto sizeHint = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
+  std::string problem = ReadToTheEnd(file, sizeHint, read);
+  if (problem.empty()) content = std::move(read);
+  return problem;
 }

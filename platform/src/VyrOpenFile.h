@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-// What everything that reads, saves and keeps files needs of the operating system.
+// Open files: that they are closed, and that signals and short answers cut nothing off.
 
 /// Repeats a call of the operating system as long as signals break it off.
 template <class Call>
@@ -42,13 +42,6 @@ class VyrDescriptor {
 /// Writes all of `content`; false with `errno` set.
 bool VyrWriteAll(int file, std::string_view content);
 
-/// Goes from a path along its symbolic links to the file that they lead to, whether it exists yet
-/// or not. False with `errno` set when a link cannot be read or they go round in a circle.
-bool VyrFollowLinks(std::string& path);
-
-/// The folder of a file, "." for a name alone.
-std::string VyrFolderOf(const std::string& path);
-
-/// Makes new names and vanished ones survive a power failure. Not every file system can; the
-/// content is safe anyway.
-void VyrSyncFolder(const std::string& folder);
+/// Reads a file that nothing was read of yet. What went wrong, or nothing; then `content` is left
+/// alone.
+std::string VyrReadAll(int file, std::string& content);

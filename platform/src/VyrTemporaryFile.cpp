@@ -6,13 +6,12 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 
+#include "VyrFileAttributes.h"
+#include "VyrFilePlace.h"
 #include "VyrUtf8.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr int kMostTries = 100;
 
@@ -21,14 +20,14 @@ std::string NewPath(const std::string& target) {
   // files that killed processes left would in the end be in the way.
   static std::atomic<unsigned> serial{
       static_cast<unsigned>(std::chrono::system_clock::now().time_since_epoch().count())};
-  const fs::path path = target;
   // A name may fill all that the file system allows; what is added must still fit.
   constexpr std::size_t mostOfName = 200;
-  std::string name = path.filename().string();
+  std::string name = VyrNameOf(target);
+  const std::string folder = target.substr(0, target.size() - name.size());
   // Whoever lists a folder by extension must not take it for a file of that kind.
   std::replace(name.begin(), name.end(), '.', '_');
-  return (path.parent_path() / VyrCutUtf8(name, mostOfName)).string() + "." +
-         std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
+  return folder + std::string(VyrCutUtf8(name, mostOfName)) + "." + std::to_string(::getpid()) +
+         "-" + std::to_string(++serial) + ".tmp";
 }
 
 VyrDescriptor OpenNew(const std::string& path, mode_t permissions) {
@@ -49,6 +48,15 @@ VyrTemporaryFile::VyrTemporaryFile(const std::string& target, mode_t permissions
 
 VyrTemporaryFile::~VyrTemporaryFile() {
   if (exists_) ::unlink(path_.c_str());
+}
+
+bool VyrTemporaryFile::Fill(std::string_view content, const std::optional<Original>& original,
+                            const std::optional<VyrFileTimes>& times) {
+  const int file = file_.Get();
+  return file_.IsOpen() && VyrWriteAll(file, content) &&
+         (!original || VyrTakeOverAttributes(file, original->path, original->status)) &&
+         (!times || ::futimens(file, times->data()) == 0) &&
+         VyrUninterrupted([=] { return ::fsync(file); }) == 0 && file_.Close();
 }
 
 bool VyrTemporaryFile::RenameTo(const std::string& target) {

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <new>
+#include <string>
 
 #include "VyrProblem.h"
 #include "VyrResult.h"
 
-// No exception leaves the library: work that memory runs out for is refused like work on a file
-// that cannot be read.
+// What reads, decodes, converts, upgrades, saves, replaces and restores lets no exception out: work
+// that memory runs out for is refused like work on a file that cannot be read. That holds for every
+// exported operation that has a result or a problem to say so. What only gives an answer, such as a
+// path, a value or a list of names, has none and throws std::bad_alloc when there is no memory even
+// for that.
 
 inline constexpr const char* kVyrOutOfMemory =
     "needs more memory than there is; end other programs, or split the file";
@@ -40,5 +44,15 @@ HRESULT VyrWithinMemory(VyrProblem& problem, Work work) {
     problem.line = 0;
     VyrSayOutOfMemory(problem.text);
     return E_FAIL;
+  });
+}
+
+/// The same for an operation that returns what went wrong, or nothing.
+template <class Work>
+std::string VyrWithinMemory(Work work) {
+  return VyrWithinMemory(work, [] {
+    std::string problem;
+    VyrSayOutOfMemory(problem);
+    return problem;
   });
 }

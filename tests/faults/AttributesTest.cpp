@@ -4,11 +4,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <memory>
 
+#include "AttributesFolder.h"
 #include "FolderSnapshot.h"
-#include "PrivateMounts.h"
 #include "ProcessRun.h"
 #include "SaveScene.h"
 #include "TemporaryFolder.h"
@@ -16,8 +14,6 @@
 // What a saved file takes over from the one that it replaces.
 
 namespace {
-
-namespace fs = std::filesystem;
 
 void SaveIso(const std::string& path, const std::vector<std::string>& options = {}) {
   const ProcessRun run =
@@ -88,29 +84,6 @@ TEST(SavedAttributes, OwnerAndGroupAreKeptAsFarAsTheyMayBe) {
 // --- Extended attributes
 // --------------------------------------------------------------------------
 
-/// A folder on a file system with extended attributes and access control lists.
-class AttributesFolder {
- public:
-  AttributesFolder() {
-    if (HasAttributes()) return;
-    mount_ = std::make_unique<const Mount>(folder_.Path(), "size=4m");
-  }
-  bool HasAttributes() const {
-    const std::string probe = folder_.Write("probe", "");
-    const bool has = SetAttribute(probe, kListName, AccessControlList()) &&
-                     SetAttribute(probe, "user.probe", "x");
-    fs::remove(probe);
-    return has;
-  }
-  const fs::path& Path() const { return folder_.Path(); }
-  std::string Write(const std::string& name) const { return folder_.Write(name, "old"); }
-  std::string operator/(const std::string& name) const { return folder_ / name; }
-
- private:
-  TemporaryFolder folder_;
-  std::unique_ptr<const Mount> mount_;
-};
-
 class SavedAttributesOfFileSystem : public testing::Test {
  protected:
   void SetUp() override {
@@ -121,7 +94,7 @@ class SavedAttributesOfFileSystem : public testing::Test {
 };
 
 TEST_F(SavedAttributesOfFileSystem, AreKept) {
-  const std::string path = folder_.Write("file.xml");
+  const std::string path = folder_.Write("file.xml", "old");
   ASSERT_TRUE(SetAttribute(path, kListName, AccessControlList()));
   ASSERT_TRUE(SetAttribute(path, "user.approved", "by the design office"));
   ASSERT_TRUE(SetAttribute(path, "user.empty", ""));
@@ -138,7 +111,7 @@ TEST_F(SavedAttributesOfFileSystem, ListThatAFolderGivesToNewFilesIsNotForReplac
   SaveIso(folder_ / "new.xml");
   EXPECT_TRUE(SnapshotOfFile(folder_ / "new.xml").attributes.contains(std::string(kListName)));
 
-  const std::string path = folder_.Write("file.xml");
+  const std::string path = folder_.Write("file.xml", "old");
   ASSERT_EQ(::removexattr(path.c_str(), kListName.data()), 0);
   ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
   SaveIso(path);
@@ -155,7 +128,7 @@ class SavedListOfAServer : public SavedAttributesOfFileSystem {
  protected:
   void SetUp() override {
     SavedAttributesOfFileSystem::SetUp();
-    path_ = folder_.Write("file.xml");
+    path_ = folder_.Write("file.xml", "old");
     ASSERT_TRUE(SetAttribute(path_, kServersList, "A::OWNER@:rwaDxtTnNcCy"));
     ASSERT_EQ(::chmod(path_.c_str(), 0640), 0);
   }

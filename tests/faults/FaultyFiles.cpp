@@ -1,5 +1,7 @@
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
@@ -11,6 +13,7 @@
 #include <climits>
 #include <csignal>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
@@ -35,7 +38,10 @@ enum Operation {
   kAccess,
   kOpen,
   kOpenToRead,
+  kOpenToHold,
+  kLock,
   kOpenFolder,
+  kListFolder,
   kRead,
   kWrite,
   kChangeOwner,
@@ -51,15 +57,18 @@ enum Operation {
   kSync,
   kClose,
   kRename,
+  kRenameToNew,
+  kLink,
   kUnlink,
   kOperations
 };
 
 constexpr std::array<std::string_view, kOperations> kNames = {
-    "stat",          "readlink",  "access",         "open",         "open-read", "open-folder",
-    "read",          "write",     "fchown",         "fstat",        "listxattr", "getxattr",
-    "getxattr-list", "fsetxattr", "fsetxattr-list", "fremovexattr", "fchmod",    "futimens",
-    "fsync",         "close",     "rename",         "unlink"};
+    "stat",         "readlink",    "access",   "open",          "open-read", "open-hold",
+    "flock",        "open-folder", "opendir",  "read",          "write",     "fchown",
+    "fstat",        "listxattr",   "getxattr", "getxattr-list", "fsetxattr", "fsetxattr-list",
+    "fremovexattr", "fchmod",      "futimens", "fsync",         "close",     "rename",
+    "renameat2",    "link",        "unlink"};
 
 // Of the same length, so that one can take the place of the other.
 constexpr std::string_view kServersList = "system.nfs4_acl";
@@ -168,6 +177,7 @@ const char* StoredAs(const char* attribute) {
 
 Operation OpenOperation(int flags) {
   if ((flags & O_DIRECTORY) != 0) return kOpenFolder;
+  if ((flags & O_ACCMODE) == O_RDWR) return kOpenToHold;
   return (flags & O_ACCMODE) == O_RDONLY ? kOpenToRead : kOpen;
 }
 
@@ -217,6 +227,21 @@ int openat64(int folder, const char* path, int flags, ...) {
   const mode_t permissions = PermissionsOf(flags, arguments);
   va_end(arguments);
   return OpenAt(folder, path, flags, permissions);
+}
+
+int flock(int file, int operation) {
+  static const auto next = Next<int(int, int)>("flock");
+  return Faulty(kLock, file, [=] { return next(file, operation); });
+}
+
+DIR* opendir(const char* path) {
+  static const auto next = Next<decltype(::opendir)>("opendir");
+  DIR* opened = nullptr;
+  const int result = Faulty(kListFolder, path, [&] {
+    opened = next(path);
+    return opened == nullptr ? -1 : 0;
+  });
+  return result == 0 ? opened : nullptr;
 }
 
 ssize_t read(int file, void* bytes, size_t size) {
@@ -329,6 +354,16 @@ int close(int file) {
 int rename(const char* from, const char* to) {
   static const auto next = Next<int(const char*, const char*)>("rename");
   return Faulty(kRename, to, [=] { return next(from, to); });
+}
+
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) {
+  static const auto next = Next<decltype(::renameat2)>("renameat2");
+  return Faulty(kRenameToNew, to, [=] { return next(fromFolder, from, toFolder, to, flags); });
+}
+
+int link(const char* from, const char* to) {
+  static const auto next = Next<decltype(::link)>("link");
+  return Faulty(kLink, to, [=] { return next(from, to); });
 }
 
 int unlink(const char* path) {

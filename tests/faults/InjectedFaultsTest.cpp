@@ -7,10 +7,11 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <iostream>
+#include <iterator>
 #include <thread>
 
 #include "FolderSnapshot.h"
@@ -32,6 +33,7 @@ struct Figures {
   std::atomic<int> faults = 0;
   std::atomic<int> refused = 0;
   std::atomic<int> overcome = 0;
+  std::atomic<int> notUsedUp = 0;
   std::atomic<int> killedBefore = 0;
   std::atomic<int> killedAfter = 0;
 } figures;
@@ -44,9 +46,11 @@ class FiguresReport : public testing::Environment {
     std::cout << "saving: " << figures.faults << " faults injected into " << figures.operations
               << " file operations: " << figures.refused
               << " saves refused with the old file kept, " << figures.overcome
-              << " done all the same, " << figures.killedBefore + figures.killedAfter << " killed ("
-              << figures.killedBefore << " left the old file, " << figures.killedAfter
-              << " the whole new one)" << std::endl;
+              << " done all the same, " << figures.notUsedUp
+              << " done but for a backup that was told to be left, "
+              << figures.killedBefore + figures.killedAfter << " killed (" << figures.killedBefore
+              << " left the old file, " << figures.killedAfter << " the whole new one)"
+              << std::endl;
   }
 };
 
@@ -54,19 +58,12 @@ const testing::Environment* const kReport = testing::AddGlobalTestEnvironment(ne
 
 // --- What an operation may suffer ----------------------------------------------------------------
 
-/// What may become of an operation. After the rename nothing is fatal.
+/// What may become of an operation. That a folder is not flushed after a rename is never fatal.
 struct OperationFaults {
   std::string_view operation;
   std::vector<std::string> fatal;     ///< the save fails and says so
   std::vector<std::string> harmless;  ///< the save is done all the same
 };
-
-std::string Error(int number) {
-  return std::to_string(number);
-}
-std::string Late(int number) {
-  return "late-" + std::to_string(number);
-}
 
 const std::vector<OperationFaults>& AllFaults() {
   static const std::vector<OperationFaults> faults = {
@@ -104,11 +101,32 @@ const std::vector<OperationFaults>& AllFaults() {
         Error(EROFS), Error(EISDIR)},
        {}},
       {"open-folder", {}, {Error(EACCES), Error(EMFILE), Error(EIO)}},
+      // A file that may only be read is held, too; a server then refuses the lock.
+      {"open-hold",
+       {Error(EIO), Error(EMFILE)},
+       {Error(EACCES), Error(EPERM), Error(EROFS), Error(ETXTBSY), Error(EINTR)}},
+      // Taken by another for a moment, or by none because there are no locks at all.
+      {"flock",
+       {Error(EBADF), Error(ENOLCK), Error(EIO), Error(EINVAL)},
+       {Error(EWOULDBLOCK), Error(EACCES), Error(EINTR), Error(ENOSYS), Error(EOPNOTSUPP)}},
+      {"read", {Error(EIO), Error(ESTALE)}, {Error(EINTR), "short"}},
+      {"opendir", {Error(EACCES), Error(EMFILE), Error(EIO)}, {}},
+      // Where it is not known, hard links do the same.
+      {"renameat2",
+       {Error(EACCES), Error(EPERM), Error(ENOSPC), Error(EIO), Error(EROFS)},
+       {Error(EINVAL), Error(ENOSYS)}},
+      {"unlink", {Error(EACCES), Error(EROFS), Error(EIO)}, {Error(ENOENT)}},
   };
   return faults;
 }
 
-enum class Fate { Fails, IsDone, IsKilled };
+enum class Fate {
+  Fails,
+  IsDone,
+  MayBeDone,  ///< it fails, or is done because the operation is repeated
+  IsKilled,
+  LeavesBackup  ///< it is done, but the backup could not be used up, which is told
+};
 
 struct Fault {
   std::string operation;
@@ -118,20 +136,44 @@ struct Fault {
 
   std::string Text() const { return operation + ":" + std::to_string(number) + ":" + effect; }
   /// Why the save failed.
-  std::string Reason() const {
+  int Error() const {
     const std::size_t digits = effect.find_first_of("0123456789");
-    return ReasonOf(digits == std::string::npos ? EIO : std::stoi(effect.substr(digits)));
+    return digits == std::string::npos ? EIO : std::stoi(effect.substr(digits));
   }
 };
 
 enum class Thoroughness { EveryError, OneError };
 
+bool IsOneOf(std::string_view call, std::initializer_list<std::string_view> calls) {
+  return std::find(calls.begin(), calls.end(), call) != calls.end();
+}
+
+/// What comes of a fault of the call at `at` that its row says is fatal.
+Fate FateOfFatal(const std::vector<std::string>& calls, std::size_t at) {
+  const std::string& call = calls[at];
+  const auto position = calls.begin() + static_cast<std::ptrdiff_t>(at);
+  if (call == "unlink") return Fate::LeavesBackup;
+  // Of several looks at the target the last one is the save's. Those before are its caller's, or of
+  // one who holds the file that he is going to read, and looks again.
+  const bool isHeldFirst = std::find(position, calls.end(), "read") != calls.end();
+  if (isHeldFirst && IsOneOf(call, {"stat", "fstat"})) return Fate::MayBeDone;
+  if (call == "stat" && std::find(position + 1, calls.end(), call) != calls.end()) {
+    return Fate::IsDone;
+  }
+  // A new name that does not survive a power failure is still in its place.
+  const auto last = std::find_if(std::make_reverse_iterator(position), calls.rend(), [](auto& one) {
+    return IsOneOf(one, {"open", "rename", "renameat2", "unlink"});
+  });
+  const bool isOfFolder = last != calls.rend() && *last != "open";
+  return isOfFolder && IsOneOf(call, {"fsync", "close"}) ? Fate::IsDone : Fate::Fails;
+}
+
 /// Every fault that can befall one of these operations.
 std::vector<Fault> FaultsOf(const std::vector<std::string>& calls, Thoroughness thoroughness) {
   std::vector<Fault> faults;
   std::map<std::string, int> numbers;
-  bool isRenamed = false;
-  for (const std::string& call : calls) {
+  for (std::size_t at = 0; at < calls.size(); ++at) {
+    const std::string& call = calls[at];
     const int number = ++numbers[call];
     const auto add = [&](const std::string& effect, Fate fate) {
       faults.push_back({call, number, effect, fate});
@@ -145,16 +187,13 @@ std::vector<Fault> FaultsOf(const std::vector<std::string>& calls, Thoroughness 
       continue;
     }
     const bool every = thoroughness == Thoroughness::EveryError;
-    // Of several looks at the target the last one is the save's; those before are its caller's.
-    const bool isLook = call == "stat" && number < std::count(calls.begin(), calls.end(), call);
     for (const std::string& effect : known->fatal) {
-      add(effect, isRenamed || isLook ? Fate::IsDone : Fate::Fails);
+      add(effect, FateOfFatal(calls, at));
       if (!every) break;
     }
     for (const std::string& effect : known->harmless) {
       if (every || known->fatal.empty()) add(effect, Fate::IsDone);
     }
-    isRenamed = isRenamed || call == "rename";
   }
   figures.operations += static_cast<int>(calls.size());
   return faults;
@@ -171,10 +210,10 @@ std::string LeftoverOf(const std::string& target) {
 }
 
 /// Takes away what a killed save may leave: one file that nobody takes for a standard.
-void TakeLeftover(FolderSnapshot& now, const FolderSnapshot& before, const std::string& target) {
+void TakeLeftover(FolderSnapshot& now, const std::string& target) {
   std::vector<std::string> added;
   for (const auto& [name, file] : now) {
-    if (!before.contains(name) && name != target) added.push_back(name);
+    if (name.ends_with(".tmp")) added.push_back(name);
   }
   EXPECT_LE(added.size(), 1u);
   for (const std::string& name : added) {
@@ -195,15 +234,52 @@ void ExpectMessage(const ProcessRun& run, const std::string& path, const std::st
   EXPECT_EQ(std::count(run.message.begin(), run.message.end(), '\n'), 1) << run.message;
 }
 
+/// The same of a change that keeps what it replaces, which fails for more reasons.
+void ExpectMessageOfChange(const ProcessRun& run, const std::string& path, int error) {
+  EXPECT_THAT(run.message, testing::StartsWith(path));
+  EXPECT_THAT(run.message, testing::HasSubstr(": " + TextOf(error)));
+  EXPECT_EQ(std::count(run.message.begin(), run.message.end(), '\n'), 1) << run.message;
+}
+
 void ExpectKilledWell(const SaveScene& scene, const ProcessRun& run) {
   EXPECT_EQ(run.status, -SIGKILL) << run.message;
   FolderSnapshot now = scene.Now();
-  TakeLeftover(now, scene.Before(), scene.Target());
-  const bool isOld = now == scene.Before();
-  if (!isOld) {
-    EXPECT_EQ(now, scene.Saved());
-  }
+  TakeLeftover(now, scene.Target());
+  EXPECT_THAT(scene.States(), testing::Contains(now));
+  const bool isOld = now == scene.Before() || now[scene.Target()].content == kOldContent;
   ++(isOld ? figures.killedBefore : figures.killedAfter);
+}
+
+void ExpectSaved(const SaveScene& scene, const ProcessRun& run, const Fault& fault) {
+  FolderSnapshot expected = scene.Saved();
+  // A change fills the file first in which it keeps the old content.
+  const std::string file =
+      fault.number == 1 && !scene.KeptAs().empty() ? scene.KeptAs() : scene.Target();
+  if (fault.fate == Fate::IsDone) {
+    // Not allowed to give the file away, the process keeps at least the group.
+    if (fault.operation == "fchown") {
+      expected[file].owner = ::geteuid();
+      if (::geteuid() == 0) expected[file].mode &= ~S_ISUID;
+    }
+    if (fault.operation == "getxattr" || fault.operation == "fsetxattr") {
+      EXPECT_EQ(expected[file].attributes.erase("user.approved"), 1u);
+    }
+  }
+  EXPECT_EQ(run.status, kSaved) << run.message;
+  EXPECT_EQ(scene.Now(), expected);
+  ++figures.overcome;
+}
+
+void ExpectRefused(const SaveScene& scene, const ProcessRun& run, const Fault& fault) {
+  const bool leavesBackup = fault.fate == Fate::LeavesBackup;
+  EXPECT_EQ(run.status, kNotSaved);
+  EXPECT_EQ(scene.Now(), leavesBackup ? scene.SavedButNotUsedUp() : scene.Before());
+  if (scene.HasBackups()) {
+    ExpectMessageOfChange(run, scene.Path(), fault.Error());
+  } else {
+    ExpectMessage(run, scene.Path(), ReasonOf(fault.Error()));
+  }
+  ++(leavesBackup ? figures.notUsedUp : figures.refused);
 }
 
 void ExpectSurvived(SaveScene::Kind kind, const Save& save, const Fault& fault) {
@@ -211,26 +287,14 @@ void ExpectSurvived(SaveScene::Kind kind, const Save& save, const Fault& fault) 
   const SaveScene scene(kind);
   const ProcessRun run = save(scene.Path(), {scene.Folder(), fault.Text()});
   ++figures.faults;
+  const bool isDone =
+      fault.fate == Fate::IsDone || (fault.fate == Fate::MayBeDone && run.status == kSaved);
   if (fault.fate == Fate::IsKilled) {
     ExpectKilledWell(scene, run);
-  } else if (fault.fate == Fate::IsDone) {
-    FolderSnapshot expected = scene.Saved();
-    // Not allowed to give the file away, the process keeps at least the group.
-    if (fault.operation == "fchown") {
-      expected[scene.Target()].owner = ::geteuid();
-      if (::geteuid() == 0) expected[scene.Target()].mode &= ~S_ISUID;
-    }
-    if (fault.operation == "getxattr" || fault.operation == "fsetxattr") {
-      EXPECT_EQ(expected[scene.Target()].attributes.erase("user.approved"), 1u);
-    }
-    EXPECT_EQ(run.status, kSaved) << run.message;
-    EXPECT_EQ(scene.Now(), expected);
-    ++figures.overcome;
+  } else if (isDone) {
+    ExpectSaved(scene, run, fault);
   } else {
-    EXPECT_EQ(run.status, kNotSaved);
-    EXPECT_EQ(scene.Now(), scene.Before());
-    ExpectMessage(run, scene.Path(), fault.Reason());
-    ++figures.refused;
+    ExpectRefused(scene, run, fault);
   }
 }
 
@@ -256,7 +320,6 @@ std::vector<std::string> CallsOf(SaveScene::Kind kind, const Save& save) {
 }
 
 void ExpectEveryFaultSurvived(SaveScene::Kind kind, const Save& save, Thoroughness thoroughness) {
-  ::umask(022);
   const std::vector<std::string> calls = CallsOf(kind, save);
   ForEach<Fault>(FaultsOf(calls, thoroughness),
                  [&](const Fault& fault) { ExpectSurvived(kind, save, fault); });
@@ -324,6 +387,71 @@ TEST(InjectedFaults, ToolThatConvertsOverAnOldFile) {
   ExpectEveryFaultSurvived(SaveScene::OldFile, save, Thoroughness::OneError);
 }
 #endif
+
+const Save kReplace = SaveBy("replace", ShippedStandard("ISO.xml"));
+const Save kRestore = SaveBy("restore", ShippedStandard("ISO.xml"));
+
+TEST(InjectedFaults, FileWhoseContentIsKept) {
+  ExpectEveryFaultSurvived(SaveScene::ReplacedFile, kReplace, Thoroughness::EveryError);
+}
+
+TEST(InjectedFaults, FileThatIsRestored) {
+  ExpectEveryFaultSurvived(SaveScene::RestoredFile, kRestore, Thoroughness::OneError);
+}
+
+TEST(InjectedFaults, DeletedFileThatIsRestored) {
+  ExpectEveryFaultSurvived(SaveScene::DeletedFile, kRestore, Thoroughness::OneError);
+}
+
+TEST(InjectedFaults, BackupIsOnTheDiskBeforeTheFileIsReplaced) {
+  std::vector<std::string> calls = CallsOf(SaveScene::ReplacedFile, kReplace);
+  std::erase_if(calls, [](const std::string& call) {
+    return !IsOneOf(call, {"flock", "read", "write", "fsync", "rename", "renameat2"});
+  });
+  EXPECT_THAT(calls, testing::ElementsAre("flock", "read", "read", "write", "fsync", "renameat2",
+                                          "fsync", "write", "fsync", "rename", "fsync"));
+}
+
+TEST(InjectedFaults, WhatAChangeReplacedIsKeptThoughItsRenameIsToldToHaveFailed) {
+  struct {
+    SaveScene::Kind kind;
+    const Save& change;
+  } const cases[] = {{SaveScene::ReplacedFile, kReplace}, {SaveScene::RestoredFile, kRestore}};
+  for (const auto& test : cases) {
+    const SaveScene scene(test.kind);
+    const ProcessRun run = test.change(scene.Path(), {scene.Folder(), "rename:1:" + Late(EIO)});
+    EXPECT_EQ(run.status, kNotSaved);
+    EXPECT_EQ(scene.Now(), scene.SavedButNotUsedUp()) << Name(test.kind);
+    ExpectMessageOfChange(run, scene.Path(), EIO);
+    EXPECT_THAT(run.message, testing::EndsWith("what it held is in " +
+                                               (scene.Folder() / scene.KeptAs()).string() + "\n"));
+  }
+}
+
+TEST(InjectedFaults, LinksKeepWhatAFolderWithoutNewNamesOnlyCannot) {
+  const std::string unknown = "renameat2:1:" + Error(EINVAL);
+  for (const int error : {EPERM, EIO, ENOSPC}) {
+    const SaveScene scene(SaveScene::ReplacedFile);
+    const ProcessRun run =
+        kReplace(scene.Path(), {scene.Folder(), unknown + ",link:1:" + Error(error)});
+    EXPECT_EQ(run.status, kNotSaved);
+    EXPECT_EQ(scene.Now(), scene.Before());
+    ExpectMessageOfChange(run, scene.Path(), error);
+  }
+}
+
+TEST(InjectedFaults, NamesThatAreTakenThoughTheyAreNotListedArePassedBy) {
+  const std::string isTaken = ":" + Error(EEXIST);
+  const SaveScene scene(SaveScene::ReplacedFile);
+  const ProcessRun run =
+      kReplace(scene.Path(), {scene.Folder(), "renameat2:1" + isTaken + ",renameat2:2" + isTaken});
+  EXPECT_EQ(run.status, kSaved) << run.message;
+  FolderSnapshot expected = scene.Saved();
+  auto kept = expected.extract(scene.KeptAs());
+  kept.key() = "target.xml.bak.3";
+  expected.insert(std::move(kept));
+  EXPECT_EQ(scene.Now(), expected);
+}
 
 TEST(InjectedFaults, WhatAKilledProcessLeftIsInNobodysWayAndStays) {
   int left = 0;
@@ -402,7 +530,7 @@ TEST(InjectedFaults, FileThatCannotBeTidiedAwayHidesNothing) {
   EXPECT_EQ(run.status, kNotSaved);
   ExpectMessage(run, scene.Path(), ReasonOf(ENOSPC));
   FolderSnapshot now = scene.Now();
-  TakeLeftover(now, scene.Before(), scene.Target());
+  TakeLeftover(now, scene.Target());
   EXPECT_EQ(now, scene.Before());
 }
 

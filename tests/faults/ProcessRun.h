@@ -29,6 +29,14 @@ struct Faults {
   std::string list = {};    ///< empty: the operations are only written down
 };
 
+/// How a list of faults writes an error, and one that is told though the call was done.
+inline std::string Error(int number) {
+  return std::to_string(number);
+}
+inline std::string Late(int number) {
+  return "late-" + std::to_string(number);
+}
+
 namespace process_run {
 
 /// Pointers for the operating system, with the null that closes them.
@@ -43,18 +51,23 @@ inline std::vector<std::string> Environment(const Faults& faults, const std::str
   std::vector<std::string> environment;
   // What a sanitizer finds must not look like a status of the process.
   std::string addressSanitizer = "ASAN_OPTIONS=exitcode=99:verify_asan_link_order=0";
+  // What this process was given, such as another order of folders, its children have, too.
+  constexpr std::string_view preload = "LD_PRELOAD=";
+  std::string preloaded = "LD_PRELOAD=" HOL_FAULTY_FILES;
   for (char** variable = environ; *variable != nullptr; ++variable) {
     const std::string_view text = *variable;
     constexpr std::string_view options = "ASAN_OPTIONS=";
     if (text.starts_with(options)) {
       addressSanitizer.append(":").append(text.substr(options.size()));
-    } else if (!text.starts_with("LD_PRELOAD=")) {
+    } else if (text.starts_with(preload) && !faults.folder.empty()) {
+      preloaded.append(":").append(text.substr(preload.size()));
+    } else {
       environment.emplace_back(text);
     }
   }
   environment.push_back(addressSanitizer);
   if (faults.folder.empty()) return environment;
-  environment.push_back("LD_PRELOAD=" HOL_FAULTY_FILES);
+  environment.push_back(preloaded);
   environment.push_back("HOL_FAULT_FOLDER=" + faults.folder);
   environment.push_back("HOL_FAULTS=" + faults.list);
   environment.push_back("HOL_FAULT_LOG=" + log);
@@ -128,14 +141,23 @@ inline constexpr int kSaved = 0;
 inline constexpr int kNotRead = 3;
 inline constexpr int kNotSaved = 4;
 
+/// What an error means, in English whatever the locale.
+inline std::string TextOf(int error) {
+  return ::strerrordesc_np(error);
+}
+
 /// Why a save failed, as its message ends: in the words of the operating system, and with what
 /// would be right where that is known.
 inline std::string ReasonOf(int error) {
   constexpr std::string_view ask = "; ask for permission to write there or choose another place";
   constexpr std::string_view makeRoom = "; make room there or choose another place";
-  std::string reason = std::strerror(error);
+  std::string reason = TextOf(error);
   if (error == EACCES || error == EPERM || error == EROFS) reason += ask;
   if (error == ENOSPC || error == EDQUOT) reason += makeRoom;
+  if (error == ENOENT) reason += "; make its folder or look at the spelling of that";
+  if (error == ENOTDIR) reason += "; look at the spelling of its folder";
+  if (error == ELOOP) reason += "; its symbolic links lead to each other, name the file itself";
+  if (error == ENAMETOOLONG) reason += "; choose a shorter name";
   if (error == EFBIG) reason += "; raise the limit on the size of files or choose another place";
   return reason;
 }

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <string>
 
 #include "FolderSnapshot.h"
@@ -15,10 +14,6 @@
 // it is refused; nothing is ever made of a part, and least of all an empty standard.
 
 namespace {
-
-std::string Error(int number) {
-  return std::to_string(number);
-}
 
 /// A process reads a standard from a folder in which reading suffers, and saves it into another.
 class ReadingFaults : public testing::TestWithParam<const char*> {
@@ -99,7 +94,7 @@ TEST(ReadingFaultsOfTheTool, AreToldAndNothingIsSaved) {
                                       {from.Path(), fault + Error(EIO)});
     EXPECT_EQ(run.status, kNotRead) << fault;
     EXPECT_THAT(run.message, testing::HasSubstr(source)) << fault;
-    EXPECT_THAT(run.message, testing::HasSubstr(std::strerror(EIO))) << fault;
+    EXPECT_THAT(run.message, testing::HasSubstr(TextOf(EIO))) << fault;
     EXPECT_EQ(std::count(run.message.begin(), run.message.end(), '\n'), 1) << run.message;
     EXPECT_EQ(ContentOf(target), kOldContent);
   }

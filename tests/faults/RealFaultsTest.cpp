@@ -14,7 +14,7 @@
 #include "SaveScene.h"
 
 // Disks that are full and folders that cannot be written, in earnest. Where the machine allows no
-// mounts, the test says so and shows the same by limits and permissions, which are tested anyway.
+// mounts, the test is skipped; limits and permissions, which are tested anyway, show the same.
 
 namespace {
 
@@ -47,7 +47,6 @@ void ExpectSaved(const std::string& path, const std::vector<std::string>& option
 }
 
 // --- Full disks
-// -----------------------------------------------------------------------------------
 
 /// Whether a file system with `options` could be mounted; on it an old file is saved, and a new
 /// one.
@@ -70,8 +69,8 @@ TEST(FullDisk, SmallFileSystemKeepsTheOldFile) {
   // Without room for the content, without room for one more file, and with both.
   const bool isTried = TryFullFileSystem("size=64k", false);
   if (!isTried) {
-    Say("no file system can be mounted here; full disks are shown by limits and by /dev/full");
-    return;
+    GTEST_SKIP() << "no file system can be mounted here; full disks are shown by limits and by "
+                    "/dev/full";
   }
   EXPECT_TRUE(TryFullFileSystem("nr_inodes=2", false));
   EXPECT_TRUE(TryFullFileSystem("size=4m", true));
@@ -102,8 +101,7 @@ TEST(ReadOnlyFolder, ReadOnlyFileSystemKeepsTheOldFile) {
   folder.Write("old.xml", "an old standard");
   const Mount mount = Mount::ReadOnly(folder.Path());
   if (!mount) {
-    Say("no folder can be mounted read-only here; it is shown by permissions");
-    return;
+    GTEST_SKIP() << "no folder can be mounted read-only here; it is shown by permissions";
   }
   ExpectRefused(folder / "old.xml", EROFS);
   ExpectRefused(folder / "new.xml", EROFS);

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "VyrAnnStandardXMLParser.h"
+#include "VyrBackups.h"
 #include "VyrDiagnostics.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrDrwParseStandardUpgradeOptions.h"
@@ -20,14 +21,15 @@
 // A process that saves a standard, for tests that break or kill it while it does:
 //   hol_save_process [OPTION...] HOW SOURCE TARGET
 // HOW is "document" (a document reads SOURCE and saves itself), "converter" (the converter does),
-// "upgrade" (the converter makes a shipped standard of an old-generation text) or "timed" (the
-// bytes of SOURCE, with a modification time of their own). Options:
+// "upgrade" (the converter makes a shipped standard of an old-generation text), "timed" (the bytes
+// of SOURCE, with a modification time of their own), "replace" (the bytes of SOURCE, TARGET's are
+// kept as a backup) or "restore" (the newest backup of TARGET; SOURCE is not looked at). Options:
 //   --user ID        reads as who it is, saves as this user, alone in the group of the same number
 //   --group ID       is a member of this group as well
 //   --most-bytes N   no file may grow beyond this
 //   --times N        saves so many times
 // Exit status: 0 saved, 3 SOURCE cannot be read, 4 not saved, then with the line "TARGET: why" on
-// standard error; 2 for anything else.
+// standard error, or "BACKUP: why" when it is a backup that is wrong; 2 for anything else.
 
 namespace {
 
@@ -126,6 +128,25 @@ ExitStatus SaveTimed(const Options& options) {
   return Outcome(options, VyrSaveFile(options.target, content, time));
 }
 
+ExitStatus Outcome(const VyrFileChange& change) {
+  if (change.result == VyrFileChange::Result::Done) return kSaved;
+  if (change.problem.empty()) return kUsage;
+  std::fprintf(stderr, "%s: %s\n", change.file.c_str(), change.problem.c_str());
+  return kNotSaved;
+}
+
+ExitStatus Replace(const Options& options) {
+  std::string content;
+  if (!VyrReadFile(options.source, content).empty()) return kNotRead;
+  if (!Restrict(options)) return kUsage;
+  return Outcome(VyrReplaceFile(options.target, content, VyrReplaced::Kept));
+}
+
+ExitStatus Restore(const Options& options) {
+  if (!Restrict(options)) return kUsage;
+  return Outcome(VyrRestoreFile(options.target, VyrReplaced::Kept));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -137,5 +158,7 @@ int main(int argc, char** argv) {
   if (options.how == "converter") return SaveByConverter(options);
   if (options.how == "upgrade") return SaveUpgraded(options);
   if (options.how == "timed") return SaveTimed(options);
+  if (options.how == "replace") return Replace(options);
+  if (options.how == "restore") return Restore(options);
   return kUsage;
 }

@@ -2,13 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <map>
 #include <string>
 
 #include "FailingMemory.h"
 #include "ProcessApart.h"
 #include "TemporaryFolder.h"
 #include "VyrAnnStandardXMLParser.h"
+#include "VyrBackups.h"
 #include "VyrDiagnostics.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrFiles.h"
@@ -187,6 +190,122 @@ TEST(OutOfMemory, StandardIsSavedOrTheOldFileKept) {
     EXPECT_EQ(AnswerApart(failing, attempt), "sound");
   }
 }
+
+TEST(OutOfMemory, BytesAreSavedOrTheOldFileKept) {
+  const TemporaryFolder folder;
+  const std::string path = folder / "a name longer than a few letters.xml";
+  const Try attempt = [&](const Runner& run) {
+    std::ofstream(path) << "old";
+    std::string problem = "nothing was done";
+    run([&] { problem = VyrSaveFile(path, kDocument, 1'000'000'000); });
+    const std::string fault = FaultOfSave(path, problem.empty(), "old", kDocument);
+    return fault.empty() ? AnswerOf(problem.empty(), problem) : fault;
+  };
+  for (const Failing failing : {Failing::Once, Failing::Onward}) {
+    EXPECT_EQ(AnswerApart(failing, attempt), "sound");
+  }
+}
+
+// --- Files that are changed in place -------------------------------------------------------------
+
+using Contents = std::map<std::string, std::string>;
+
+Contents ContentsOf(const std::filesystem::path& folder) {
+  Contents contents;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    contents[entry.path().filename()] = ReadWholeFile(entry.path());
+  }
+  return contents;
+}
+
+/// A change of a file, and what is in its folder before and after it.
+struct ChangeCase {
+  const char* what;
+  std::function<VyrFileChange(const std::string& path)> change;
+  Contents before;
+  VyrFileChange done;  ///< names without their folder
+  Contents after;
+};
+
+std::string TryToChange(const Runner& run, const ChangeCase& test) {
+  using Result = VyrFileChange::Result;
+  const TemporaryFolder folder;
+  for (const auto& [name, content] : test.before) folder.Write(name, content);
+  const std::string path = folder / test.done.file;
+  VyrFileChange change;
+  change.result = Result::Unchanged;
+  run([&] { change = test.change(path); });
+  const bool isDone = change.result == Result::Done;
+  if (!isDone && change.result != Result::Failed) return "another result: " + change.problem;
+  if (ContentsOf(folder.Path()) != (isDone ? test.after : test.before)) return "other files";
+  const auto full = [&](const std::string& name) { return name.empty() ? name : folder / name; };
+  if (change.kept != (isDone ? full(test.done.kept) : "")) return "kept as " + change.kept;
+  if (change.backup != (isDone ? full(test.done.backup) : "")) return "from " + change.backup;
+  return AnswerOf(isDone, change.problem);
+}
+
+const std::string kFile = "a name longer than a few letters.xml";
+
+VyrFileChange ReplaceByNew(const std::string& path) {
+  return VyrReplaceFile(path, "new", VyrReplaced::Kept);
+}
+
+VyrFileChange RestoreIt(const std::string& path) {
+  return VyrRestoreFile(path, VyrReplaced::Kept);
+}
+
+TEST(OutOfMemory, FileIsReplacedOrRestoredOrAllIsLeftAsItWas) {
+  constexpr auto done = VyrFileChange::Result::Done;
+  const ChangeCase cases[] = {
+      {"replaced",
+       ReplaceByNew,
+       {{kFile, "old"}, {kFile + ".bak", "older"}},
+       {done, kFile, "", kFile + ".bak.1", ""},
+       {{kFile, "new"}, {kFile + ".bak", "older"}, {kFile + ".bak.1", "old"}}},
+      {"restored",
+       RestoreIt,
+       {{kFile, "old"}, {kFile + ".bak", "older"}},
+       {done, kFile, "", kFile + ".undone", kFile + ".bak"},
+       {{kFile, "older"}, {kFile + ".undone", "old"}}},
+      {"restored though deleted",
+       RestoreIt,
+       {{kFile + ".bak", "older"}},
+       {done, kFile, "", "", kFile + ".bak"},
+       {{kFile, "older"}}},
+  };
+  for (const ChangeCase& test : cases) {
+    for (const Failing failing : {Failing::Once, Failing::Onward}) {
+      EXPECT_EQ(AnswerApart(failing, [&](const Runner& run) { return TryToChange(run, test); }),
+                "sound")
+          << test.what;
+    }
+  }
+}
+
+// --- Reports -------------------------------------------------------------------------------------
+
+TEST(OutOfMemory, FailedCheckIsReportedWithoutAnyMemory) {
+  static constexpr VyrSourceUnit unit("VyrSomeUnitWithAName");
+  static char reported[400];
+  const VyrDiagnosticSinks::Sink copy = [](std::string_view text) {
+    reported[text.copy(reported, sizeof reported - 1)] = '\0';
+  };
+  const VyrDiagnosticSinks before = VyrSetDiagnosticSinks({copy, copy, copy, copy});
+  for (const char* message : {"a message of a length", "one with\na forged line"}) {
+    bool hasFailed = true;
+    {
+      const FailingMemory memory(Failing::Onward, 1);
+      unit.Raise(message);
+      hasFailed = memory.HasFailed();
+    }
+    EXPECT_FALSE(hasFailed) << message;
+    EXPECT_THAT(reported, testing::HasSubstr(std::string_view(message).substr(0, 8)));
+  }
+  EXPECT_THAT(reported, testing::HasSubstr("one with?a forged line"));
+  VyrSetDiagnosticSinks(before);
+}
+
+// --- Upgrades ------------------------------------------------------------------------------------
 
 /// Reads a standard, brings it to the current version and saves it in its place.
 std::string TryToUpgrade(const Runner& run, const TemporaryFolder& folder, const std::string& old,

@@ -49,6 +49,18 @@ std::string AnswerTo(std::string_view document) {
   return isSound ? std::to_string(problem.line) + ": " + problem.text.CString() : "unsound";
 }
 
+TEST(HostileXMLFile, MemoryOutOfProportionIsSeen) {
+  if (kIsSanitized) GTEST_SKIP() << "memory is not counted under sanitizers";
+  const ApartRun run = RunApart([] {
+    std::string much(100'000'000, 'm');
+    return std::to_string(much.find('n') == std::string::npos);
+  });
+  EXPECT_EQ(run.answer, "1") << run.end;
+  EXPECT_GE(run.memory, 100'000'000u);
+  EXPECT_FALSE(IsInProportion(run, 1000, 50));
+  EXPECT_TRUE(IsInProportion(run, 100'000'000, 1));
+}
+
 /// Bytes of memory that reading takes for each byte of a file, at most: of one that is mostly text,
 /// and where a few bytes make an item of the tree. An array that grows is there twice for a moment.
 constexpr std::size_t kFactorOfText = 6;
@@ -703,6 +715,11 @@ TEST(HostileXMLFile, ParserIsNeverAskedForAnythingOutside) {
     EXPECT_NE(AnswerTo(document), "unsound") << document;
   }
   EXPECT_EQ(loadedEntities, 0);
+  const std::string control = "<!DOCTYPE r [<!ENTITY e SYSTEM 'other.xml'>]><r>&e;</r>";
+  constexpr int options = XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+  xmlFreeDoc(
+      xmlReadMemory(control.data(), static_cast<int>(control.size()), nullptr, nullptr, options));
+  EXPECT_EQ(loadedEntities, 1) << "the loader does not count";
   xmlSetExternalEntityLoader(loader);
 }
 
@@ -731,6 +748,13 @@ TEST(HostileXMLFile, NoFileIsWaitedFor) {
     return std::string("done");
   });
   EXPECT_EQ(run.answer, "done") << run.end;
+  const ApartRun control = RunApart([&] {
+    ::alarm(1);
+    ReadWholeFile(pipe);
+    return std::string("done");
+  });
+  EXPECT_FALSE(control.hasEnded) << "the pipe keeps nobody waiting";
+  EXPECT_EQ(control.end, ::strsignal(SIGALRM));
 }
 
 TEST(HostileXMLFile, NoConnectionIsEverMade) {

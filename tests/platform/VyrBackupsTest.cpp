@@ -12,6 +12,7 @@
 #include <csignal>
 #include <filesystem>
 #include <functional>
+#include <iostream>
 #include <map>
 #include <set>
 #include <string>
@@ -265,9 +266,9 @@ TEST(Backups, ANameWithoutRoomForMoreLeavesEverythingAlone) {
     if (test.fit == 3) continue;
     const Contents before = ContentsOf(folder);
     const VyrFileChange change = Replace(file, "new");
-    EXPECT_EQ(change.result, Result::NotKept);
+    EXPECT_EQ(change.result, Result::NoName);
     EXPECT_EQ(change.file, file);
-    EXPECT_THAT(change.problem, HasSubstr("too long"));
+    EXPECT_THAT(change.problem, HasSubstr("too long; choose a shorter name"));
     EXPECT_EQ(change.kept, "");
     EXPECT_EQ(ContentsOf(folder), before);
     EXPECT_EQ(VyrReplaceFile(file, "new", VyrReplaced::Dropped).result, Result::Done);
@@ -278,7 +279,7 @@ TEST(Backups, HighestNumberOfAllHasNoNext) {
   const TemporaryFolder folder;
   const std::string file = folder.Write("a.xml", "now");
   folder.Write("a.xml.bak.999999999", "last");
-  EXPECT_EQ(Replace(file, "new").result, Result::NotKept);
+  EXPECT_EQ(Replace(file, "new").result, Result::NoName);
   EXPECT_THAT(ContentsOf(folder),
               ElementsAre(Pair("a.xml", "now"), Pair("a.xml.bak.999999999", "last")));
 }
@@ -484,6 +485,57 @@ TEST(Backups, FileThatAnotherKeepsIsNotWaitedForForever) {
   EXPECT_EQ(Replace(file, "new").result, Result::Done);
 }
 
+TEST(Backups, BackupThatAnotherKeepsIsNoBadBackup) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("a.xml", "now");
+  const std::string backup = folder.Write("a.xml.bak", "older");
+  const Contents before = ContentsOf(folder);
+  const int held = ::open(backup.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(::flock(held, LOCK_EX), 0);
+  const VyrFileChange change = VyrRestoreFile(file, VyrReplaced::Kept, kNoPatience);
+  EXPECT_EQ(change.result, Result::Failed);
+  EXPECT_EQ(change.file, backup);
+  EXPECT_THAT(change.problem, HasSubstr("another process; wait"));
+  EXPECT_EQ(ContentsOf(folder), before);
+  ::close(held);
+  EXPECT_EQ(Restore(file).result, Result::Done);
+}
+
+TEST(Backups, RefusalsSayWhatWouldBeRight) {
+  const TemporaryFolder folder;
+  fs::create_symlink("loop", folder / "loop");
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  const std::string file = folder.Write("file", "now");
+  const struct {
+    std::string path;
+    const char* problem;
+  } cases[] = {
+      {folder.Path(), "is a folder, not a file; name a file in it"},
+      {folder / "pipe", "is not a regular file; name one that is"},
+      {folder / "loop",
+       "cannot be opened: Too many levels of symbolic links; its symbolic links lead to each "
+       "other, name the file itself"},
+      {file + "/inside", "cannot be opened: Not a directory; look at the spelling of its folder"},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(Replace(test.path, "new").problem, test.problem);
+    EXPECT_EQ(Restore(test.path).problem, test.problem);
+  }
+  EXPECT_EQ(Replace(folder / "missing/a.xml", "new").problem,
+            "cannot be written: no file can be made in its folder: No such file or directory; make "
+            "its folder or look at the spelling of that");
+  folder.Write("old", std::string(2000, 'o'));
+  EXPECT_EQ(RunWithLimit(1000,
+                         [&] {
+                           const bool isRight =
+                               Replace(folder / "old", "new").problem ==
+                               "what it holds cannot be kept as old.bak: File too large; raise the "
+                               "limit on the size of files or choose another place";
+                           return isRight ? 0 : 1;
+                         }),
+            0);
+}
+
 // --- Processes that are killed or meet others ----------------------------------------------------
 
 namespace {
@@ -546,6 +598,7 @@ void AtEveryStop(const Work& prepare, const Work& work,
   }
   EXPECT_GT(stop, 30);
   EXPECT_LT(stop, most);
+  std::cout << "backups: " << stop - 1 << " stops tried" << std::endl;
 }
 
 void Kill(const TemporaryFolder& /*folder*/, pid_t process) {

@@ -199,7 +199,10 @@ TEST(Diagnostics, ControlCharactersForgeNoLineOfTheErrorLog) {
   const DiagnosticsCapture capture;
   VyrSysLogError("a\nb\x1b[2J\x7f.xml\n");
   VyrSysLogError("caf\xc3\xa9\n");
-  EXPECT_EQ(capture.errors, (std::vector<std::string>{"a?b?[2J?.xml\n", "caf\xc3\xa9\n"}));
+  VyrSysLogError("no\nend");
+  VyrSysLogError("");
+  EXPECT_EQ(capture.errors,
+            (std::vector<std::string>{"a?b?[2J?.xml\n", "caf\xc3\xa9\n", "no?end", ""}));
 }
 
 }  // namespace

@@ -335,6 +335,44 @@ TEST(Files, FailedSaveLeavesEverythingAsItWas) {
   }
 }
 
+TEST(Files, RefusedSaveSaysWhatWouldBeRight) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("file", "old");
+  fs::create_symlink("loop", folder / "loop");
+  const struct {
+    std::string path;
+    const char* problem;
+  } cases[] = {
+      {folder / "missing/new.xml",
+       "cannot be written: no file can be made in its folder: No such file or directory; make its "
+       "folder or look at the spelling of that"},
+      {file + "/inside", "cannot be written: Not a directory; look at the spelling of its folder"},
+      {folder / "loop",
+       "cannot be written: Too many levels of symbolic links; its symbolic links lead to each "
+       "other, name the file itself"},
+      {folder / std::string(300, 'n'),
+       "cannot be written: File name too long; choose a shorter name"},
+      {folder.Path(), "is a folder, not a file; name a file in it"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(VyrSaveFile(test.path, "new"), test.problem);
+}
+
+TEST(Files, AsManySymbolicLinksAreFollowedAsTheSystemFollows) {
+  const TemporaryFolder folder;
+  constexpr int most = 40;
+  for (const std::string end : {"file", "new"}) {
+    if (end == "file") folder.Write(end, "old");
+    const auto link = [&](int number) { return end + "-" + std::to_string(number); };
+    for (int i = 1; i <= most + 1; ++i) {
+      fs::create_symlink(i == 1 ? end : link(i - 1), folder / link(i));
+    }
+    EXPECT_EQ(VyrSaveFile(folder / link(most), "new"), "") << end;
+    EXPECT_EQ(ReadWholeFile(folder / end), "new");
+    EXPECT_NE(VyrSaveFile(folder / link(most + 1), "newer"), "") << end;
+    EXPECT_EQ(ReadWholeFile(folder / end), "new");
+  }
+}
+
 /// Lets no file of this process grow beyond `size`, as a full disk would.
 class FileSizeLimit {
  public:

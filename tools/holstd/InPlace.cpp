@@ -14,6 +14,13 @@ void AddInPlace(Arguments& command, InPlaceOptions& options, const std::string& 
       .Needs(inPlace);
 }
 
+std::string AdviceOnKeeping(VyrFileChange::Result result) {
+  using Result = VyrFileChange::Result;
+  if (result == Result::NotKept) return "; nothing was changed";
+  if (result == Result::NoName) return "; nothing was changed, and --no-backup would go without";
+  return {};
+}
+
 VyrFileChange ReplaceInPlace(const std::string& file, std::string_view text,
                              const InPlaceOptions& options) {
   using Result = VyrFileChange::Result;
@@ -21,10 +28,7 @@ VyrFileChange ReplaceInPlace(const std::string& file, std::string_view text,
   const SignalsWait wait;
   VyrFileChange change = VyrReplaceFile(file, text, replaced);
   if (change.result == Result::Done || change.result == Result::Unchanged) return change;
-  const char* advice = change.result == Result::NotKept
-                           ? "; nothing was changed, and --no-backup would go without"
-                           : "";
-  throw Failure{kNotWritten, change.file, 0, change.problem + advice};
+  throw Failure{kNotWritten, change.file, 0, change.problem + AdviceOnKeeping(change.result)};
 }
 
 std::string TalkOf(const std::string& file, const VyrFileChange& change, const std::string& done) {

@@ -19,6 +19,9 @@ void AddInPlace(Arguments& command, InPlaceOptions& options, const std::string& 
 VyrFileChange ReplaceInPlace(const std::string& file, std::string_view text,
                              const InPlaceOptions& options);
 
+/// What else to say when what a file holds could not be kept; empty for all other results.
+std::string AdviceOnKeeping(VyrFileChange::Result result);
+
 /// What to say of it; `done` is what led to it.
 std::string TalkOf(const std::string& file, const VyrFileChange& change, const std::string& done);
 

@@ -26,6 +26,7 @@ ExitStatus StatusOf(Result result) {
     case Result::BadBackup:
       return kInvalidInput;
     case Result::NotKept:
+    case Result::NoName:
     case Result::Failed:
     case Result::NotUsedUp:
       return kNotWritten;
@@ -40,12 +41,10 @@ std::string Advice(Result result) {
       return "; upgrade and edit make one with --in-place";
     case Result::BadBackup:
       return "; nothing was changed, and with it out of the way an older backup would be restored";
-    case Result::NotKept:
-      return "; nothing was changed, and --no-backup would go without";
     case Result::NotUsedUp:
       return "; restoring again would bring back the same";
     default:
-      return {};
+      return AdviceOnKeeping(result);
   }
 }
 
