@@ -1,6 +1,10 @@
 # The tests as they run in another host: with a decimal comma and the case rules of Turkish, in
 # another folder and time zone, and where folders list their files in another order. The sanitizers
 # would have to be loaded before what is preloaded here, and find nothing new.
+#
+# Of the tool the tests are another process. It takes on no locale, whatever the environment names:
+# it meets the folder, the time zone and the order of folders, while the locale shows that the tests
+# themselves read its output alike.
 if(NOT HOL_SANITIZERS)
   set(locale tr_TR.UTF-8)
   set(locales ${PROJECT_BINARY_DIR}/locales)

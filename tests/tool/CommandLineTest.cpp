@@ -242,12 +242,46 @@ TEST(CommandLine, AStandardNewerThanTheToolIsStatus6) {
                                                {"check", file},
                                                {"sheets", file},
                                                {"styles", file},
-                                               {"edit", file, "-c", "node Root:A", "--in-place"}}) {
+                                               {"edit", file, "-c", "node Root:A", "--in-place"},
+                                               {"upgrade", file, "--in-place"}}) {
       SCOPED_TRACE(testing::PrintToString(arguments));
       ExpectFailure(RunTool(arguments), 6, {"new.xml", "220", "newer"});
     }
     EXPECT_EQ(ReadWholeFile(file), Document(content));
   }
+}
+
+TEST(CommandLine, WhatCanBeReadOnceOnlyIsRefusedLikeAFile) {
+  const TemporaryFolder folder;
+  struct {
+    std::string text;
+    int status;
+    const char* part;
+  } const cases[] = {
+      {Document(Parameter("Version", "intval", "230")), 6, "version 230"},
+      {"<bad", 3, ":1: "},
+      {"", 3, "empty"},
+  };
+  const std::vector<std::pair<std::string, std::string>> inputs = {
+      {"-", "holstd: standard input:"},
+      {"/dev/stdin", "holstd: /dev/stdin:"},
+      {folder / "in.xml", "holstd: " + (folder / "in.xml") + ":"}};
+  for (const auto& test : cases) {
+    folder.Write("in.xml", test.text);
+    for (const auto& [file, place] : inputs) {
+      for (const auto& arguments : std::vector<std::vector<std::string>>{
+               {"info", file},
+               {"check", file},
+               {"edit", file, "-c", "node Root:A", "-o", folder / "out.xml"},
+               {"upgrade", file, "--dry-run"},
+               {"upgrade", file, "-o", folder / "out.xml"}}) {
+        SCOPED_TRACE(testing::PrintToString(arguments) + test.part);
+        const ToolRun run = RunTool(arguments, {.input = test.text, .isInputPipe = true});
+        ExpectFailure(run, test.status, {place, test.part});
+      }
+    }
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "out.xml"));
 }
 
 TEST(CommandLine, AVersionUpToTheToolsOwnIsNotNewer) {

@@ -27,6 +27,7 @@ struct ToolRun {
 struct ToolSurroundings {
   std::string input = {};
   std::string inputFile = {};   ///< what standard input is instead of `input`
+  bool isInputPipe = false;     ///< `input`, a small one, comes out of a pipe
   std::string outputFile = {};  ///< where standard output leads; empty: it is captured
   std::string talkFile = {};    ///< where standard error leads; empty: it is captured
   bool isReaderGone = false;    ///< standard output is a pipe that nobody reads
@@ -51,6 +52,17 @@ inline void RedirectToClosedPipe() {
   ::close(ends[1]);
 }
 
+/// The pipe holds all of `input`, and nobody writes to it any more.
+inline void RedirectFromPipe(const std::string& input) {
+  int ends[2];
+  if (::pipe(ends) != 0 || ::dup2(ends[0], STDIN_FILENO) < 0) ::_exit(126);
+  ::fcntl(ends[1], F_SETFL, O_NONBLOCK);
+  const ssize_t written = ::write(ends[1], input.data(), input.size());
+  if (written != static_cast<ssize_t>(input.size())) ::_exit(126);
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
 /// A fault that a sanitizer finds must not look like a status of the tool.
 inline void SetEnvironment(const ToolSurroundings& with) {
   ::unsetenv("NO_COLOR");
@@ -69,7 +81,11 @@ void Limit(Resource resource, rlim_t most) {
 
 [[noreturn]] inline void BecomeTool(const std::vector<std::string>& arguments,
                                     const TemporaryFolder& folder, const ToolSurroundings& with) {
-  Redirect(with.inputFile.empty() ? folder / "in" : with.inputFile, O_RDONLY, STDIN_FILENO);
+  if (with.isInputPipe) {
+    RedirectFromPipe(with.input);
+  } else {
+    Redirect(with.inputFile.empty() ? folder / "in" : with.inputFile, O_RDONLY, STDIN_FILENO);
+  }
   if (with.isReaderGone) {
     RedirectToClosedPipe();
   } else if (with.outputFile.empty()) {

@@ -118,6 +118,14 @@ class HeldPipe {
   int end_ = -1;
 };
 
+/// False when it has not come to be after a long time.
+bool AwaitFile(const std::string& file) {
+  for (int i = 0; i < 60000 && !fs::exists(file); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return fs::exists(file);
+}
+
 bool IsGone(pid_t process) {
   return ::kill(process, 0) != 0 && errno == ESRCH;
 }
@@ -203,7 +211,30 @@ TEST_F(UpgradeBatch, TheTableTellsWhatBecameOfEachAndTheStatusIsTheGravest) {
   row(bad, "  -     -    failed");
   row(newer, "  -     -    failed");
   EXPECT_THAT(run.err, HasSubstr("4 standards: 1 written, 1 unchanged, 2 failed\n"));
-  EXPECT_EQ(RunTool({"upgrade", old, current, "--in-place", "-q"}).out, "");
+  const ToolRun quiet = RunTool({"upgrade", old, current, "--in-place", "-q"});
+  EXPECT_THAT(quiet.out, HasSubstr("FILE")) << "a table is data, not talk";
+  EXPECT_EQ(quiet.err, "");
+}
+
+TEST_F(UpgradeBatch, WhetherThereIsATableGoesByWhatWasNamed) {
+  const std::string file = WriteMany(1) + "/0.xml";
+  const std::string other = WriteOld("other.xml");
+  const std::vector<std::pair<std::vector<std::string>, bool>> cases = {
+      {{file}, false}, {{folder / "in"}, true}, {{file, other}, true}};
+  for (const auto& [named, hasTable] : cases) {
+    for (const auto& where :
+         std::vector<std::vector<std::string>>{{"-d", folder / "out"}, {"--dry-run"}}) {
+      std::vector<std::string> arguments = {"upgrade"};
+      arguments.insert(arguments.end(), named.begin(), named.end());
+      arguments.insert(arguments.end(), where.begin(), where.end());
+      SCOPED_TRACE(testing::PrintToString(arguments));
+      const ToolRun run = RunTool(arguments);
+      EXPECT_EQ(run.out.find("FROM  TO") != std::string::npos, hasTable);
+      EXPECT_EQ(
+          run.err.find(named.size() == 1 ? "1 standard: " : "2 standards: ") != std::string::npos,
+          hasTable);
+    }
+  }
 }
 
 TEST_F(UpgradeBatch, TheReportHasAnEntryForEveryFileInTheirOrder) {
@@ -240,7 +271,7 @@ TEST_F(UpgradeBatch, DryRunWritesNothingAndTellsOfEach) {
   const ToolRun run = RunTool({"upgrade", folder / "in", current, "--dry-run", "--jobs", "2"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, HasSubstr("in/2.xml: "));
-  EXPECT_THAT(run.out, HasSubstr("  ~ Root.Version  int '200' -> int '210'\n"));
+  EXPECT_THAT(run.out, HasSubstr("  ~ Root.Version  int 200 -> int 210\n"));
   EXPECT_THAT(run.err, HasSubstr("4 standards: 3 pending, 1 current\n"));
   for (int i = 0; i < 3; ++i) {
     const std::string name = std::to_string(i) + ".xml";
@@ -352,6 +383,48 @@ TEST_F(UpgradeBatch, ASignalEndsAllProcessesAndLeavesNothingHalfWritten) {
     for (const pid_t child : children) EXPECT_TRUE(IsGone(child));
     EXPECT_EQ(NamesIn("out"), (std::set<std::string>{"a.xml"}));
     EXPECT_EQ(VersionOf(folder / "out/a.xml"), 220);
+  }
+}
+
+TEST_F(UpgradeBatch, AnInterruptedOneTellsWhatBecameOfEach) {
+  // The first is still being read while the others are done, and so is one when the signal comes.
+  const int count = 9;
+  for (const int done : {1, 4, 8}) {
+    for (const bool json : {false, true}) {
+      SCOPED_TRACE(std::to_string(done) + (json ? " json" : ""));
+      const TemporaryFolder made;
+      HeldPipe pipe(made / "0.xml");
+      std::vector<std::string> arguments = {"upgrade", "-d", made / "out",
+                                            "--jobs",  "3",  pipe.Path()};
+      for (int i = 1; i < count; ++i) {
+        arguments.push_back(made.Write(std::to_string(i) + ".xml", OldWith("")));
+      }
+      if (json) arguments.push_back("--json");
+      const RunningTool tool(arguments);
+      ASSERT_TRUE(pipe.AwaitReader());
+      ASSERT_TRUE(AwaitFile(made / ("out/" + std::to_string(done) + ".xml")));
+      ::kill(tool.Process(), SIGTERM);
+      const ToolRun run = tool.End();
+      EXPECT_EQ(run.status, -SIGTERM);
+      int written = 0;
+      for (int i = 0; i < count; ++i) {
+        const std::string name = std::to_string(i) + ".xml";
+        const bool isWritten = fs::exists(made / ("out/" + name));
+        written += isWritten ? 1 : 0;
+        if (json) {
+          const auto report = ParsedJson(run);
+          ASSERT_EQ(report.size(), static_cast<std::size_t>(count)) << run.out;
+          EXPECT_EQ(report[i]["result"], isWritten ? "written" : "not begun") << name;
+          EXPECT_EQ(report[i]["status"], isWritten ? 0 : 4) << name;
+        } else {
+          const std::string row = isWritten ? "  200   220  written\n" : "  -     -    not begun\n";
+          EXPECT_THAT(run.out, HasSubstr(name + row));
+        }
+      }
+      EXPECT_GE(written, 1);
+      EXPECT_EQ(run.err, "interrupted; 9 standards: " + std::to_string(written) + " written, " +
+                             std::to_string(count - written) + " not begun\n");
+    }
   }
 }
 

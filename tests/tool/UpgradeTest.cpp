@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <utility>
+
 #include "ToolRun.h"
 
 using testing::HasSubstr;
@@ -38,8 +41,104 @@ TEST(Upgrade, StopsAtTheVersionThatIsAskedFor) {
   const std::vector<std::pair<std::string, int>> cases = {{"60", 60},   {"70", 70},   {"79", 70},
                                                           {"110", 110}, {"215", 210}, {"220", 220}};
   for (const auto& [target, version] : cases) {
-    ASSERT_EQ(RunTool({"upgrade", file, "-o", folder / "new.xml", "--to", target}).status, 0);
+    const ToolRun run = RunTool({"upgrade", file, "-o", folder / "new.xml", "--to", target});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_THAT(run.err, HasSubstr("from version 60 to " + std::to_string(version) + "\n"));
     EXPECT_EQ(ParsedJson(RunTool({"info", folder / "new.xml", "--json"}))[0]["version"], version);
+  }
+}
+
+TEST(Upgrade, NoStandardIsTakenBackToAnEarlierVersion) {
+  const TemporaryFolder folder;
+  const std::string text = ReadWholeFile(HOL_STANDARDS "/ISO.xml");
+  const std::string file = folder.Write("ISO.xml", text);
+  for (const char* target : {"1", "100", "219"}) {
+    for (const auto& where : std::vector<std::vector<std::string>>{
+             {"-o", folder / "new.xml"}, {"--in-place"}, {"--dry-run"}}) {
+      std::vector<std::string> arguments = {"upgrade", file, "--to", target};
+      arguments.insert(arguments.end(), where.begin(), where.end());
+      SCOPED_TRACE(testing::PrintToString(arguments));
+      const ToolRun run = RunTool(arguments);
+      ExpectFailure(run, 5, {file + ": is of version 220; no upgrade leads back to ", target});
+      EXPECT_EQ(run.out, "");
+    }
+  }
+  EXPECT_EQ(RunTool({"upgrade", file, "--in-place", "--to", "220"}).status, 0);
+  EXPECT_EQ(ReadWholeFile(file), text);
+  EXPECT_FALSE(std::filesystem::exists(folder / "new.xml"));
+  const auto json = ParsedJson(RunTool({"upgrade", file, "--dry-run", "--json", "--to", "70"}))[0];
+  EXPECT_EQ(json["result"], "failed");
+  EXPECT_EQ(json["status"], 5);
+  EXPECT_EQ(json["from"], 220);
+  EXPECT_FALSE(json.contains("to"));
+}
+
+TEST(Upgrade, StepsAreTalkUnlessTheyAreWhatADryRunIsAskedFor) {
+  const TemporaryFolder folder;
+  const std::string file = SiteStandard(folder, "200");
+  const std::string output = folder / "new.xml";
+  const ToolRun run = RunTool({"upgrade", file, "-o", output, "-v", "--color", "always"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "");
+  EXPECT_THAT(run.err, HasSubstr("\n  ~ Root.Version  int 200 -> int 210\n"));
+  EXPECT_EQ(run.err.find('\033'), std::string::npos);
+
+  std::filesystem::remove(output);
+  EXPECT_EQ(RunTool({"upgrade", file, "-o", output, "-v"}, {.isReaderGone = true}).status, 0);
+  EXPECT_EQ(RunTool({"check", output}).status, 0);
+
+  const ToolRun quiet = RunTool({"upgrade", file, "--dry-run", "-q"});
+  EXPECT_EQ(quiet.out, RunTool({"upgrade", file, "--dry-run"}).out);
+  EXPECT_EQ(quiet.err, "");
+}
+
+TEST(Upgrade, ADryRunTellsThePathsOfDiffAndEveryValueOfWhatIsAddedOrDeleted) {
+  const TemporaryFolder folder;
+  const std::string file = SiteStandard(folder, "160");
+  const std::string output = folder / "new.xml";
+  ASSERT_EQ(RunTool({"upgrade", file, "-o", output, "--to", "170"}).status, 0);
+  const auto changes = ParsedJson(
+      RunTool({"upgrade", file, "--dry-run", "--json", "--to", "170"}))[0]["steps"][0]["changes"];
+  std::vector<std::pair<std::string, std::string>> told;
+  for (const auto& change : changes) {
+    told.emplace_back(change["change"], change["path"]);
+  }
+  const auto differences = ParsedJson(RunTool({"diff", file, output, "--json"}))["differences"];
+  ASSERT_FALSE(differences.empty());
+  for (const auto& difference : differences) {
+    const std::string word =
+        difference["difference"] == "removed" ? "deleted" : difference["difference"];
+    const std::string path = difference["path"];
+    SCOPED_TRACE(word + " " + path);
+    EXPECT_EQ(std::count(told.begin(), told.end(), std::pair(word, path)), 1);
+    if (!difference.contains("content")) continue;
+    // The node itself, and a line for everything in it.
+    const auto isWithin = [&](const auto& each) {
+      return each.first == word && (each.second == path || each.second.starts_with(path + "."));
+    };
+    EXPECT_EQ(std::count_if(told.begin(), told.end(), isWithin),
+              static_cast<long>(difference["content"].size()));
+  }
+}
+
+TEST(Upgrade, ChangesAreInTheReportWhereSomebodyHasLooked) {
+  const TemporaryFolder folder;
+  const std::string file = SiteStandard(folder, "200");
+  const std::vector<std::pair<std::vector<std::string>, bool>> cases = {
+      {{"-o", folder / "new.xml"}, false},
+      {{"-o", folder / "new.xml", "-v"}, true},
+      {{"--dry-run"}, true},
+  };
+  for (const auto& [options, hasChanges] : cases) {
+    std::vector<std::string> arguments = {"upgrade", file, "--json"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    const auto json = ParsedJson(RunTool(arguments))[0];
+    ASSERT_EQ(json["steps"].size(), 2u);
+    for (const auto& step : json["steps"]) {
+      EXPECT_EQ(step.contains("changes"), hasChanges);
+      EXPECT_EQ(step.value("changes", nlohmann::json::array()).empty(), !hasChanges);
+    }
   }
 }
 
@@ -50,9 +149,9 @@ TEST(Upgrade, DryRunTellsEveryChangeWritesNothingAndAnswersWhetherThereIsSomethi
   const ToolRun run = RunTool({"upgrade", file, "--dry-run", "--to", "210"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, HasSubstr("to 210 (Migrate419To28n420): "));
-  EXPECT_THAT(run.out, HasSubstr("  + Root.Styles.Table.Default.Mirroring  enum Mirroring "
-                                 "'Auto flip'\n"));
-  EXPECT_THAT(run.out, HasSubstr("  ~ Root.Version  int '200' -> int '210'\n"));
+  EXPECT_THAT(run.out, HasSubstr("  + Root.Styles.Table.Default.Mirroring  enum.Mirroring "
+                                 "\"Auto flip\"\n"));
+  EXPECT_THAT(run.out, HasSubstr("  ~ Root.Version  int 200 -> int 210\n"));
   EXPECT_EQ(ReadWholeFile(file), before);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 
@@ -61,7 +160,7 @@ TEST(Upgrade, DryRunTellsEveryChangeWritesNothingAndAnswersWhetherThereIsSomethi
   EXPECT_EQ(json["to"], 210);
   ASSERT_EQ(json["steps"].size(), 1u);
   EXPECT_EQ(json["steps"][0]["changes"].back()["path"], "Root.Version");
-  EXPECT_EQ(json["steps"][0]["changes"].back()["before"], "int '200'");
+  EXPECT_EQ(json["steps"][0]["changes"].back()["before"], "int 200");
 
   ASSERT_EQ(RunTool({"upgrade", file, "--in-place"}).status, 0);
   const ToolRun again = RunTool({"upgrade", file, "--dry-run"});
@@ -148,6 +247,14 @@ TEST(Upgrade, StandardInputGivesTheSameAsTheFile) {
   ASSERT_EQ(
       RunTool({"upgrade", "-", "-o", folder / "b.xml"}, {.input = ReadWholeFile(file)}).status, 0);
   EXPECT_EQ(ReadWholeFile(folder / "a.xml"), ReadWholeFile(folder / "b.xml"));
+}
+
+TEST(Upgrade, AFailureOfStandardInputNamesItAndNoCopy) {
+  const auto json =
+      ParsedJson(RunTool({"upgrade", "-", "--dry-run", "--json"}, {.input = "<bad"}))[0];
+  EXPECT_EQ(json["file"], "-");
+  EXPECT_EQ(json["error"]["file"], "-");
+  EXPECT_EQ(json["error"]["line"], 1);
 }
 
 TEST(Upgrade, WhatTheLibraryHadToGuessIsWarnedOf) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <unordered_map>
+#include <utility>
 
 #include "ValueMeaning.h"
 
@@ -56,10 +57,17 @@ std::uint64_t ContentOf(const Node& node, const Value& value) {
   return Hash(meaning, labels);
 }
 
-StandardItems::StandardItems(VyrAnnStandardXMLParser& document) {
+std::vector<VyrAnnStandardXMLNode_var> StandardItems::TopsOf(VyrAnnStandardXMLParser& document) {
+  std::vector<VyrAnnStandardXMLNode_var> tops;
   for (const char* name : {"Enum", "TypeDef", "Root"}) {
-    tops_.emplace_back(document.GetNodeWithPath(name));
-    items_.push_back({tops_.back().Get(), kNone, 0, 1, false, nullptr, 0, 0, 0});
+    tops.emplace_back(document.GetNodeWithPath(name));
+  }
+  return tops;
+}
+
+StandardItems::StandardItems(std::vector<VyrAnnStandardXMLNode_var> tops) : tops_(std::move(tops)) {
+  for (const VyrAnnStandardXMLNode_var& top : tops_) {
+    items_.push_back({top.Get(), kNone, 0, 1, false, nullptr, 0, 0, 0});
   }
   for (Index item = 0; item < Count(); ++item) AddChildren(item);
   for (Index item = Count(); item-- > 0;) Summarize(item);

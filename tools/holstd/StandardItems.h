@@ -32,7 +32,12 @@ class StandardItems {
     std::uint32_t values;    ///< number of all values of the subtree
   };
 
-  explicit StandardItems(VyrAnnStandardXMLParser& document);
+  explicit StandardItems(VyrAnnStandardXMLParser& document) : StandardItems(TopsOf(document)) {}
+  /// Of trees as `TopsOf` has them.
+  explicit StandardItems(std::vector<VyrAnnStandardXMLNode_var> tops);
+
+  /// The trees of a document, in the order of `Top`.
+  static std::vector<VyrAnnStandardXMLNode_var> TopsOf(VyrAnnStandardXMLParser& document);
 
   Index Count() const { return static_cast<Index>(items_.size()); }
   const Item& operator[](Index item) const { return items_[item]; }

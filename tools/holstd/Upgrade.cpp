@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <thread>
+#include <utility>
 
 #include "Arguments.h"
 #include "Format.h"
@@ -25,6 +27,12 @@ struct Options {
   UpgradeManner manner;
 };
 
+/// True when several standards are named, or a folder, whatever is in it.
+bool NamesMany(const std::vector<std::string>& files) {
+  std::error_code error;
+  return files.size() > 1 || std::filesystem::is_directory(files.front(), error);
+}
+
 void CheckUsage(const Options& options) {
   const auto refuse = [](const char* text) { throw Failure{kUsage, "", 0, text}; };
   const bool isInPlace = options.manner.inPlace.isWanted;
@@ -35,9 +43,7 @@ void CheckUsage(const Options& options) {
         "upgrade writes to -o FILE, -d FOLDER or --in-place, one of the three; see holstd "
         "upgrade --help");
   }
-  std::error_code error;
-  const bool isFolder = std::filesystem::is_directory(options.files.front(), error);
-  if (!options.output.empty() && (options.files.size() > 1 || isFolder)) {
+  if (!options.output.empty() && NamesMany(options.files)) {
     refuse("several standards cannot go into one file; give -d FOLDER or --in-place");
   }
   const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
@@ -71,16 +77,23 @@ Failure Death(const UpgradeInput& input, const JobEnd& end) {
                                     : Quoted(input.target) + " is as it was, or written whole")};
 }
 
-/// Upgrades many, several at a time, in processes of their own.
-std::vector<Upgraded> UpgradeMany(const std::vector<UpgradeInput>& inputs, const Options& options,
-                                  Session& session) {
-  std::vector<Upgraded> all;
+struct Batch {
+  std::vector<Upgraded> all;  ///< in the order of the inputs
+  std::optional<Interrupted> interruption;
+};
+
+/// Upgrades several at a time, in processes of their own.
+Batch UpgradeMany(const std::vector<UpgradeInput>& inputs, const Options& options,
+                  const SignalsWait& signals, Session& session) {
+  Batch batch;
+  for (const UpgradeInput& input : inputs) batch.all.push_back(NotBegun(input.file));
   ProgressBar bar(session, inputs.size());
-  const auto upgrade = [&](std::size_t i) -> std::string {
+  std::size_t taken = 0;
+  const auto upgrade = [&](std::size_t i) -> JobAnswer {
     try {
-      const Upgraded upgraded = UpgradeFile(inputs[i], options.manner, session);
+      Upgraded upgraded = UpgradeFile(inputs[i], options.manner, session);
       session.Flush();
-      return Packed(upgraded);
+      return {Packed(upgraded), std::move(upgraded.untilTold)};
     } catch (const OutputLost&) {
       return {};  // nobody listens any more
     }
@@ -90,20 +103,17 @@ std::vector<Upgraded> UpgradeMany(const std::vector<UpgradeInput>& inputs, const
     static_cast<void>(WriteAll(STDERR_FILENO, end.talk));
     session.Print(end.data);
     session.Flush();
-    all.push_back(end.answer.empty() ? NotUpgraded(inputs[i].file, Death(inputs[i], end), session)
-                                     : Unpacked(end.answer));
-    bar.Show(all.size());
+    batch.all[i] = end.answer.empty() ? NotUpgraded(inputs[i].file, Death(inputs[i], end), session)
+                                      : Unpacked(end.answer);
+    bar.Show(++taken);
   };
   session.Flush();
   try {
-    DoInProcesses(inputs.size(), options.jobs, upgrade, take);
-  } catch (const Interrupted&) {
-    bar.Hide();
-    session.Say("interrupted; of " + Counted(static_cast<long>(inputs.size()), "standard") + " " +
-                std::to_string(all.size()) + " were taken to the end");
-    throw;
+    DoInProcesses(inputs.size(), options.jobs, signals, upgrade, take);
+  } catch (const Interrupted& interruption) {
+    batch.interruption = interruption;
   }
-  return all;
+  return batch;
 }
 
 std::string Cell(const Json& report, const char* member) {
@@ -122,11 +132,17 @@ std::string TableOf(const std::vector<Upgraded>& all) {
   return table.Text();
 }
 
+ExitStatus WorstOf(const std::vector<Upgraded>& all) {
+  ExitStatus worst = kDone;
+  for (const Upgraded& each : all) worst = std::max(worst, each.status);
+  return worst;
+}
+
 /// How many came to which result.
 std::string CountsOf(const std::vector<Upgraded>& all) {
   std::string text = Counted(static_cast<long>(all.size()), "standard") + ":";
   const char* separator = " ";
-  for (const char* result : {"written", "unchanged", "pending", "current", "failed"}) {
+  for (const char* result : {"written", "unchanged", "pending", "current", "failed", "not begun"}) {
     const auto count = std::count_if(all.begin(), all.end(), [&](const Upgraded& each) {
       return Cell(each.report, "result") == result;
     });
@@ -137,31 +153,52 @@ std::string CountsOf(const std::vector<Upgraded>& all) {
   return text;
 }
 
+/// What became of all, as the JSON report or as a table.
+void PrintReport(std::vector<Upgraded>& all, bool json, Session& session) {
+  if (!json) return session.Print(TableOf(all));
+  Json report = Json::array();
+  for (Upgraded& each : all) report.push_back(std::move(each.report));
+  session.Print(JsonText(report));
+}
+
+/// Throws `Interrupted` once all is told.
+ExitStatus UpgradeBatch(const std::vector<UpgradeInput>& inputs, const Options& options,
+                        Session& session) {
+  const SignalsWait signals;
+  Batch batch = UpgradeMany(inputs, options, signals, session);
+  const std::string counts = CountsOf(batch.all);
+  const ExitStatus status = WorstOf(batch.all);
+  PrintReport(batch.all, options.manner.json, session);
+  session.Flush();
+  if (batch.interruption) {
+    session.Say("interrupted; " + counts);
+    throw *batch.interruption;
+  }
+  if (!options.manner.json) session.Say(counts);
+  return status;
+}
+
+ExitStatus UpgradeOne(const UpgradeInput& input, const Options& options, Session& session) {
+  std::vector<Upgraded> all;
+  all.push_back(UpgradeFile(input, options.manner, session));
+  const ExitStatus status = all.front().status;
+  if (options.manner.json) PrintReport(all, true, session);
+  session.Flush();
+  return status;
+}
+
 ExitStatus UpgradeFiles(Options& options, Session& session) {
   CheckUsage(options);
+  options.manner.isBatch = NamesMany(options.files);
   ExitStatus worst = kDone;
   std::vector<UpgradeInput> inputs;
   for (const std::string& file : FilesOf(options.files, session, worst)) {
     inputs.push_back({file, TargetOf(options, file)});
   }
   RefuseSameTargets(inputs);
-  options.manner.isBatch = inputs.size() > 1;
-  std::vector<Upgraded> all;
-  if (options.manner.isBatch) {
-    all = UpgradeMany(inputs, options, session);
-  } else if (!inputs.empty()) {
-    all.push_back(UpgradeFile(inputs.front(), options.manner, session));
-  }
-  for (const Upgraded& each : all) worst = std::max(worst, each.status);
-  if (options.manner.json) {
-    Json report = Json::array();
-    for (Upgraded& each : all) report.push_back(std::move(each.report));
-    session.Print(JsonText(report));
-  } else if (options.manner.isBatch) {
-    if (!session.isQuiet) session.Print(TableOf(all));
-    session.Flush();
-    session.Say(CountsOf(all));
-  }
+  if (!options.manner.isBatch) return UpgradeOne(inputs.front(), options, session);
+  if (!inputs.empty()) return std::max(worst, UpgradeBatch(inputs, options, session));
+  if (options.manner.json) session.Print(JsonText(Json::array()));
   return worst;
 }
 
@@ -192,7 +229,9 @@ Action Upgrade::Register(Arguments& command) {
        "holstd upgrade old.xml -o new.xml --to 150"},
       std::string("A folder stands for the files in it whose names end in .xml, not for\n"
                   "those in folders below. Of several standards one that fails stops no\n"
-                  "other; a table tells what became of each, or with --json a report.\n"
+                  "other. Of several and of folders a table tells what became of each, or\n"
+                  "with --json a report. That, and what a dry run prints, is data: -q does\n"
+                  "not leave it out.\n"
                   "With --dry-run the status is 1 when there is something to do.\n\n") +
           kBackupNote);
   return [options](Session& session) { return UpgradeFiles(*options, session); };

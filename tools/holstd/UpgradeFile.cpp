@@ -1,6 +1,5 @@
 #include "UpgradeFile.h"
 
-#include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <optional>
@@ -8,83 +7,19 @@
 
 #include "InputFile.h"
 #include "Reports.h"
-#include "Signals.h"
 #include "Standard.h"
 #include "StandardSnapshot.h"
+#include "UpgradeSteps.h"
 
 namespace {
 
-using Change = VyrAnnStandardChange;
-
-/// What one step did.
-struct Step {
-  std::string name;
-  int version;
-  std::vector<Change> changes;
-
-  long Count(Change::Kind kind) const {
-    return std::count_if(changes.begin(), changes.end(),
-                         [=](const Change& change) { return change.kind == kind; });
-  }
-};
-
-const char* KindName(Change::Kind kind) {
-  switch (kind) {
-    case Change::Kind::Added:
-      return "added";
-    case Change::Kind::Changed:
-      return "changed";
-    case Change::Kind::Deleted:
-      return "deleted";
-  }
-  return "";
-}
-
-std::string LineOf(const Session& session, const Change& change) {
-  const std::string path = Printable(change.path.View());
-  const std::string before = Printable(change.before.View());
-  const std::string after = Printable(change.after.View());
-  switch (change.kind) {
-    case Change::Kind::Added:
-      return session.Painted(Session::Paint::Good, "  + " + path) + "  " + after + "\n";
-    case Change::Kind::Changed:
-      return "  ~ " + path + "  " + before + " -> " + after + "\n";
-    case Change::Kind::Deleted:
-      return session.Painted(Session::Paint::Bad, "  - " + path) + "  " + before + "\n";
-  }
-  return "";
-}
-
-std::string Summary(const Step& step) {
-  return "to " + std::to_string(step.version) + " (" + step.name +
-         "): " + std::to_string(step.Count(Change::Kind::Added)) + " added, " +
-         std::to_string(step.Count(Change::Kind::Changed)) + " changed, " +
-         std::to_string(step.Count(Change::Kind::Deleted)) + " deleted";
-}
-
-Json AsJson(const Step& step) {
-  Json json;
-  json["step"] = step.name;
-  json["version"] = step.version;
-  Json changes = Json::array();
-  for (const Change& change : step.changes) {
-    Json entry;
-    entry["change"] = KindName(change.kind);
-    entry["path"] = std::string(change.path.View());
-    if (change.kind != Change::Kind::Added) entry["before"] = std::string(change.before.View());
-    if (change.kind != Change::Kind::Deleted) entry["after"] = std::string(change.after.View());
-    changes.push_back(std::move(entry));
-  }
-  json["changes"] = std::move(changes);
-  return json;
-}
-
 /// Reads the standard; throws `Failure` for what no upgrade can begin with.
-void Decode(VyrDrwParseStandard& converter, const std::string& file) {
+void Decode(VyrDrwParseStandard& converter, const InputFile& input) {
+  const std::string& file = input.Name();
   converter.Decode();
   const VyrProblem problem = converter.GetProblem();
   if (!problem.IsEmpty() || converter.GetVersion() < 0) {
-    Standard standard = ReadStandard(file);  // says what is wrong, of a newer file above all
+    Standard standard = ReadStandard(input);  // says what is wrong, of a newer file above all
     // A device may fail once only.
     if (!problem.IsEmpty()) {
       throw Failure{kInvalidInput, file, problem.line, std::string(problem.text.View())};
@@ -99,12 +34,26 @@ void Decode(VyrDrwParseStandard& converter, const std::string& file) {
                     "one it was derived from"};
 }
 
+/// Refuses a standard that is above the version asked for.
+void CheckVersion(const std::string& file, int version, int target) {
+  if (target < 0 || version <= target) return;
+  throw Failure{kUndecided, file, 0,
+                "is of version " + std::to_string(version) + "; no upgrade leads back to " +
+                    std::to_string(target) + "; give no --to, or one of at least " +
+                    std::to_string(version)};
+}
+
+/// Whether anybody looks at what each step changes.
+bool WantsChanges(const UpgradeManner& manner, const Session& session) {
+  return manner.isDryRun || session.isVerbose;
+}
+
 /// Runs the chain and returns its steps, with their changes when these are wanted.
-std::vector<Step> RunChain(VyrDrwParseStandard& converter, const UpgradeManner& manner,
-                           const std::string& file, const Session& session) {
-  std::vector<Step> steps;
+std::vector<UpgradeStep> RunChain(VyrDrwParseStandard& converter, const UpgradeManner& manner,
+                                  const std::string& file, const Session& session) {
+  std::vector<UpgradeStep> steps;
   std::optional<StandardSnapshot> before;
-  const bool wantsChanges = manner.isDryRun || session.isVerbose;
+  const bool wantsChanges = WantsChanges(manner, session);
   if (wantsChanges) before.emplace(converter.GetDocument());
   const ReportRecorder recorder;
   std::size_t reported = 0;
@@ -114,24 +63,15 @@ std::vector<Step> RunChain(VyrDrwParseStandard& converter, const UpgradeManner& 
                         [&](const char* name, int version, VyrAnnStandardXMLParser& document) {
                           steps.push_back({name, version, {}});
                           if (wantsChanges) {
-                            steps.back().changes = before->ChangesIn(document);
-                            before.emplace(document);
+                            StandardSnapshot now(document);
+                            steps.back().changes = before->ChangesTo(now);
+                            before = std::move(now);
                           }
                           WarnOfReports(session, file, name, recorder, reported);
                           reported = recorder.failedChecks.size();
                         });
   if (VyrSucceeded(result)) return steps;
   throw Failure{kInvalidInput, file, 0, "cannot be upgraded"};
-}
-
-void PrintSteps(const std::string& file, const std::vector<Step>& steps, Session& session) {
-  session.Print(
-      Printable(file) + ": " +
-      (steps.empty() ? "nothing to do" : Counted(static_cast<long>(steps.size()), "step")) + "\n");
-  for (const Step& step : steps) {
-    session.Print(Summary(step) + "\n");
-    for (const Change& change : step.changes) session.Print(LineOf(session, change));
-  }
 }
 
 /// The result as XML.
@@ -149,7 +89,6 @@ void Save(VyrDrwParseStandard& converter, const std::string& target) {
   const auto folder = std::filesystem::path(target).parent_path();
   if (!folder.empty()) std::filesystem::create_directories(folder, error);
   const ReportRecorder recorder;
-  const SignalsWait wait;
   if (VyrSucceeded(converter.SaveToFile(target.c_str()))) return;
   throw Failure{kNotWritten, target, 0, std::string(converter.GetProblem().text.View())};
 }
@@ -179,8 +118,9 @@ void Write(VyrDrwParseStandard& converter, const UpgradeInput& input, const Upgr
   if (steps == 0 && manner.inPlace.isWanted) {
     return say(input.file + ": left as it is, nothing to do");
   }
+  // The version asked for may lie between two versions, and the chain ends below it.
   const std::string done = Counted(static_cast<long>(steps), "step") + " from version " +
-                           std::to_string(converter.GetVersion());
+                           report["from"].dump() + " to " + report["to"].dump();
   if (!manner.inPlace.isWanted) {
     Save(converter, input.target);
     report["result"] = "written";
@@ -197,28 +137,32 @@ void Write(VyrDrwParseStandard& converter, const UpgradeInput& input, const Upgr
   say(TalkOf(input.file, change, done));
 }
 
-/// Throws `Failure`; the report then holds what was found out before.
-ExitStatus Upgrade(const UpgradeInput& input, const UpgradeManner& manner, Session& session,
-                   Json& report) {
+/// Throws `Failure`; `upgraded` then holds what was found out before.
+void Upgrade(const UpgradeInput& input, const UpgradeManner& manner, Session& session,
+             Upgraded& upgraded) {
+  Json& report = upgraded.report;
   CheckTarget(input, manner);
   const InputFile file(input.file);
   VyrDrwParseStandard converter(file.Path());
-  Decode(converter, input.file == "-" ? file.Path() : input.file);
-  report["from"] = converter.GetVersion();
-  const std::vector<Step> steps = RunChain(converter, manner, input.file, session);
-  report["to"] = steps.empty() ? converter.GetVersion() : steps.back().version;
+  Decode(converter, file);
+  const int version = converter.GetVersion();
+  report["from"] = version;
+  CheckVersion(input.file, version, manner.chain.target);
+  const std::vector<UpgradeStep> steps = RunChain(converter, manner, input.file, session);
+  report["to"] = steps.empty() ? version : steps.back().version;
+  const bool wantsChanges = WantsChanges(manner, session);
   if (manner.json) {
     report["steps"] = Json::array();
-    for (const Step& step : steps) report["steps"].push_back(AsJson(step));
-  } else if (manner.isDryRun || session.isVerbose) {
-    PrintSteps(input.file, steps, session);
+    for (const UpgradeStep& step : steps) report["steps"].push_back(AsJson(step, wantsChanges));
+  } else if (wantsChanges) {
+    TellSteps(input.file, steps, manner.isDryRun, session);
   }
   if (!manner.isDryRun) {
-    Write(converter, input, manner, session, steps.size(), report);
-    return kDone;
+    upgraded.untilTold = std::make_unique<SignalsWait>();
+    return Write(converter, input, manner, session, steps.size(), report);
   }
   report["result"] = steps.empty() ? "current" : "pending";
-  return steps.empty() ? kDone : kNegativeAnswer;
+  upgraded.status = steps.empty() ? kDone : kNegativeAnswer;
 }
 
 /// The members that every entry has, in the order in which people read them.
@@ -246,7 +190,7 @@ void Fail(Upgraded& upgraded, const Failure& failure, const Session& session) {
 Upgraded UpgradeFile(const UpgradeInput& input, const UpgradeManner& manner, Session& session) {
   Upgraded upgraded = {kDone, NewReport(input.file)};
   try {
-    upgraded.status = Upgrade(input, manner, session, upgraded.report);
+    Upgrade(input, manner, session, upgraded);
   } catch (const Failure& failure) {
     Fail(upgraded, failure, session);
   } catch (const std::exception& exception) {
@@ -261,6 +205,13 @@ Upgraded UpgradeFile(const UpgradeInput& input, const UpgradeManner& manner, Ses
 Upgraded NotUpgraded(const std::string& file, const Failure& failure, const Session& session) {
   Upgraded upgraded = {kDone, NewReport(file)};
   Fail(upgraded, failure, session);
+  upgraded.report["status"] = upgraded.status;
+  return upgraded;
+}
+
+Upgraded NotBegun(const std::string& file) {
+  Upgraded upgraded = {kNotWritten, NewReport(file)};
+  upgraded.report["result"] = "not begun";
   upgraded.report["status"] = upgraded.status;
   return upgraded;
 }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <memory>
+
 #include "Format.h"
 #include "InPlace.h"
 #include "Session.h"
+#include "Signals.h"
 #include "UpgradeInputs.h"
 #include "UpgradeOptions.h"
 
@@ -19,6 +22,8 @@ struct UpgradeManner {
 struct Upgraded {
   ExitStatus status = kDone;
   Json report;  ///< as the JSON report has it
+  /// Once something is written, signals wait until the caller has told of it.
+  std::unique_ptr<SignalsWait> untilTold = {};
 };
 
 /// Upgrades a standard. What goes wrong is told, and is in the report.
@@ -26,3 +31,5 @@ Upgraded UpgradeFile(const UpgradeInput& input, const UpgradeManner& manner, Ses
 
 /// A standard that nothing could be done with; told and reported.
 Upgraded NotUpgraded(const std::string& file, const Failure& failure, const Session& session);
+/// A standard that an interruption came before; nothing is told.
+Upgraded NotBegun(const std::string& file);

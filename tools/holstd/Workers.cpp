@@ -20,11 +20,10 @@
 
 #include "Failure.h"
 #include "Session.h"
-#include "Signals.h"
 
 namespace {
 
-using Job = std::function<std::string(std::size_t)>;
+using Job = std::function<JobAnswer(std::size_t)>;
 using Take = std::function<void(std::size_t, const JobEnd&)>;
 
 /// An open descriptor, closed with its object.
@@ -92,10 +91,11 @@ bool ReadJob(int file, std::uint64_t& job) {
 [[noreturn]] void Serve(const End& jobs, const End& answers, const Job& job) noexcept {
   std::uint64_t number = 0;
   while (ReadJob(jobs.Get(), number)) {
-    const std::string answer = job(static_cast<std::size_t>(number));
+    const JobAnswer answer = job(static_cast<std::size_t>(number));
     std::fflush(nullptr);
-    const std::uint64_t size = answer.size();
-    if (WriteAll(answers.Get(), Bytes(size)) != 0 || WriteAll(answers.Get(), answer) != 0) break;
+    const std::uint64_t size = answer.text.size();
+    if (WriteAll(answers.Get(), Bytes(size)) != 0) break;
+    if (WriteAll(answers.Get(), answer.text) != 0) break;
   }
   // Whatever else there is belongs to the process that this one was made of.
   ::_exit(0);
@@ -111,9 +111,8 @@ class Worker {
   Worker& operator=(const Worker&) = delete;
   ~Worker() {
     if (process_ < 0) return;
-    jobs_.write.Close();
     for (End* end : ReadEnds()) end->Close();
-    ::kill(process_, SIGTERM);
+    AskToEnd();
     Reap();
   }
 
@@ -139,6 +138,11 @@ class Worker {
     job_ = job;
     const std::uint64_t number = job;
     static_cast<void>(WriteAll(jobs_.write.Get(), Bytes(number)));
+  }
+
+  void AskToEnd() {
+    jobs_.write.Close();
+    ::kill(process_, SIGTERM);
   }
 
   bool IsAlive() const { return process_ >= 0; }
@@ -219,25 +223,45 @@ class Worker {
 
 class Pool {
  public:
-  Pool(std::size_t count, int processes, const Job& job, const Take& take)
+  Pool(std::size_t count, int processes, const SignalsWait& signals, const Job& job,
+       const Take& take)
       : count_(count),
         most_(std::min(static_cast<std::size_t>(std::max(processes, 1)), count)),
         job_(job),
-        take_(take) {}
+        take_(take),
+        signals_(signals) {}
 
   void Run() {
-    while (taken_ < count_) {
-      HandOut();
-      Wait();
-      Collect();
-      for (auto ended = ended_.find(taken_); ended != ended_.end(); ended = ended_.find(taken_)) {
-        const auto node = ended_.extract(ended);
-        take_(taken_++, node.mapped());
+    try {
+      while (taken_ < count_) {
+        HandOut();
+        Wait();
+        Collect();
+        for (auto ended = ended_.find(taken_); ended != ended_.end(); ended = ended_.find(taken_)) {
+          const auto node = ended_.extract(ended);
+          take_(taken_++, node.mapped());
+        }
       }
+    } catch (const Interrupted&) {
+      EndAll();
+      for (const auto& [job, end] : ended_) take_(job, end);
+      throw;
     }
   }
 
  private:
+  /// Ends all processes, and keeps what they have to say before.
+  void EndAll() {
+    isEnding_ = true;
+    std::erase_if(workers_, [](const auto& worker) { return !worker->IsAlive(); });
+    for (const auto& worker : workers_) worker->AskToEnd();
+    while (!workers_.empty()) {
+      std::vector<pollfd> polled = Polled();
+      static_cast<void>(::poll(polled.data(), polled.size(), -1));
+      Collect();
+    }
+  }
+
   void HandOut() {
     // What is done out of turn is kept in memory; one slow job must not make it all of it.
     const std::size_t end = std::min(count_, taken_ + kMostAhead * most_);
@@ -267,12 +291,19 @@ class Pool {
                   std::string("no process can be made for the work: ") + std::strerror(errno)};
   }
 
-  /// Returns when something has come of a process. Throws `Interrupted`.
-  void Wait() const {
-    std::vector<pollfd> polled = {{interruption_.Get(), POLLIN, 0}};
+  /// Where something may come of a process.
+  std::vector<pollfd> Polled() const {
+    std::vector<pollfd> polled;
     for (const auto& worker : workers_) {
       for (const End* end : worker->ReadEnds()) polled.push_back({end->Get(), POLLIN, 0});
     }
+    return polled;
+  }
+
+  /// Returns when something has come of a process. Throws `Interrupted`.
+  void Wait() const {
+    std::vector<pollfd> polled = Polled();
+    polled.push_back({interruption_.Get(), POLLIN, 0});
     static_cast<void>(::poll(polled.data(), polled.size(), -1));
     signalfd_siginfo info{};
     if (::read(interruption_.Get(), &info, sizeof info) == sizeof info) {
@@ -280,15 +311,26 @@ class Pool {
     }
   }
 
+  /// Keeps what has ended since. Throws `Interrupted`.
   void Collect() {
+    bool isInterrupted = false;
     for (const auto& worker : workers_) {
       std::optional<Worker::Ended> ended = worker->Listen();
       if (!ended) continue;
       // A terminal sends it to all processes alike, and this one may hear of it last.
-      if (ended->signal == SIGINT) throw Interrupted{SIGINT};
-      if (ended->job) ended_.emplace(*ended->job, std::move(ended->end));
+      if (ended->signal == SIGINT) isInterrupted = true;
+      const bool isBrokenOff = !ended->end.isWhole && HasAskedToEnd(ended->signal);
+      if (ended->job && !isBrokenOff) ended_.emplace(*ended->job, std::move(ended->end));
     }
     std::erase_if(workers_, [](const auto& worker) { return !worker->IsAlive(); });
+    if (isInterrupted && !isEnding_) throw Interrupted{SIGINT};
+  }
+
+  /// True when a process that died of the signal was asked to end with all the others.
+  bool HasAskedToEnd(int signal) const {
+    if (signal == SIGINT) return true;
+    const sigset_t signals = SignalsWait::Signals();
+    return isEnding_ && signal != 0 && ::sigismember(&signals, signal) == 1;
   }
 
   static End OpenInterruption() {
@@ -305,13 +347,15 @@ class Pool {
   std::size_t given_ = 0;
   std::size_t taken_ = 0;
   std::map<std::size_t, JobEnd> ended_;  ///< out of turn
-  const SignalsWait signals_;
+  bool isEnding_ = false;
+  const SignalsWait& signals_;
   const End interruption_ = OpenInterruption();
   std::vector<std::unique_ptr<Worker>> workers_;
 };
 
 }  // namespace
 
-void DoInProcesses(std::size_t count, int processes, const Job& job, const Take& take) {
-  Pool(count, processes, job, take).Run();
+void DoInProcesses(std::size_t count, int processes, const SignalsWait& signals, const Job& job,
+                   const Take& take) {
+  Pool(count, processes, signals, job, take).Run();
 }
