@@ -17,19 +17,47 @@ TEST(Check, AValidStandardIsNamedWithItsVersion) {
   EXPECT_EQ(run.err, "");
 }
 
-TEST(Check, EachUndefinedLiteralIsShown) {
+TEST(Check, EachUndefinedLiteralIsAMessageWithLineAndPath) {
   const TemporaryFolder folder;
-  const std::string file = folder.Write("a.xml", Document(kUndefined));
+  const std::string text = Document(kUndefined);
+  const std::string file = folder.Write("a.xml", text);
+  const int line = LineOf(text, ">Maybe<");
   const ToolRun run = RunTool({"check", file});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "");
-  EXPECT_EQ(run.out,
-            file +
-                ": not valid: Enum undefined: Root.Root.Dimension.Blanking.Maybe with enum "
-                "\"YesNo\"\n" +
-                file +
-                ": not valid: Enum undefined: Root.Root.Dimension.Other.Yes with enum "
-                "\"Missing\"\n");
+  EXPECT_EQ(run.out, file + ": not valid: 2 problems of content\n");
+  EXPECT_EQ(run.err, "holstd: " + file + ":" + std::to_string(line) +
+                         ": Root.Dimension.Blanking: 'Maybe' is no literal of the enumeration "
+                         "'YesNo'; it has 'Yes'\n"
+                         "holstd: " +
+                         file + ":" + std::to_string(LineOf(text, "\"Other\"")) +
+                         ": Root.Dimension.Other: there is no enumeration 'Missing' to take 'Yes' "
+                         "from: there is no 'Missing' in 'Enum'; it holds 1 node and 0 values, "
+                         "none of that name\n");
+  const nlohmann::json report = ParsedJson(RunTool({"check", file, "--json"}))[0];
+  EXPECT_EQ(report["lines"], nlohmann::json({line, LineOf(text, "\"Other\"")}));
+}
+
+TEST(Check, AMisspeltLiteralIsAnsweredWithTheNearest) {
+  const std::string text = Replaced(SampleStandard(), ">Yes</std:enumval>", ">yes</std:enumval>");
+  ExpectFailure(RunTool({"check", "-"}, {.input = text}), 1, {"near is 'Yes'"});
+}
+
+TEST(Check, AnElementThatHasLostItsPrefixIsTold) {
+  const std::string good = WithSheets(SampleStandard());
+  const std::string text =
+      Replaced(good, "<std:node name=\"Sizes\">",
+               "<node name=\"A\"><node name=\"B\"/></node>\n<intval/>\n<std:node name=\"Sizes\">");
+  const int line = LineOf(text, "<node name=\"A\">");
+  const ToolRun run = RunTool({"check", "-"}, {.input = text});
+  ExpectFailure(run, 1,
+                {"standard input:" + std::to_string(line) + ": the element 'node' and 1 more",
+                 "passed over"});
+  EXPECT_EQ(run.out, "-: not valid: 1 problem of content\n");
+  // What others have put into the file for themselves is no business of a standard.
+  const std::string foreign =
+      Replaced(good, "<std:node name=\"Sizes\">",
+               "<note xmlns=\"http://other.example\">x</note><std:node name=\"Sizes\">");
+  EXPECT_EQ(RunTool({"check", "-"}, {.input = foreign}).status, 0);
 }
 
 TEST(Check, AVersionThatCannotBeToldIsNotValidAndTheKnownOnesAreNamed) {
@@ -44,9 +72,10 @@ TEST(Check, AVersionThatCannotBeToldIsNotValidAndTheKnownOnesAreNamed) {
   for (const std::string& content : cases) {
     const ToolRun run = RunTool({"check", "-"}, {.input = Document(content)});
     EXPECT_EQ(run.status, 1) << content;
-    EXPECT_EQ(run.err, "");
-    EXPECT_THAT(run.out, testing::HasSubstr("Root.Version"));
-    EXPECT_THAT(run.out, testing::HasSubstr("110, 120, 130, 140, 150, 160, 170, 180, 190, 200, "
+    EXPECT_EQ(run.out, "-: not valid: 1 problem of content\n");
+    EXPECT_THAT(run.err, testing::HasSubstr("standard input:3: the format version cannot be told"));
+    EXPECT_THAT(run.err, testing::HasSubstr("Root.Version"));
+    EXPECT_THAT(run.err, testing::HasSubstr("110, 120, 130, 140, 150, 160, 170, 180, 190, 200, "
                                             "210, 220\n"));
   }
 }

@@ -64,6 +64,13 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
   EXPECT_FALSE(std::filesystem::exists(folder / "b.xml"));
 }
 
+TEST(CommandLine, AMistakeInACommandIsAnsweredWithTheHelpOfThatCommand) {
+  ExpectFailure(RunTool({"explain", "a.xml"}), 2, {"; see holstd explain --help\n"});
+  ExpectFailure(RunTool({"-v", "info", "--frobnicate", "a.xml"}), 2,
+                {"; see holstd info --help\n"});
+  ExpectFailure(RunTool({"fold"}), 2, {"; see holstd --help\n"});
+}
+
 TEST(CommandLine, ArgumentsThatAreNotUtf8AreRefused) {
   for (const char* argument : {"\xFF", "a\xC3", "\xC0\xAF", "\xED\xA0\x80"}) {
     ExpectFailure(RunTool({"info", argument}), 2, {"argument 2", "UTF-8"});

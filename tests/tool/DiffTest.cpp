@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <map>
 #include <random>
 #include <set>
@@ -81,6 +82,13 @@ std::string Entry(const std::string& name, const std::string& type) {
          "<std:intval name=\"Type\">" + type + "</std:intval></std:typeval>\n";
 }
 
+/// Entries by name and type.
+std::string ListOf(const std::vector<std::pair<std::string, std::string>>& entries) {
+  std::string text = "<std:node name=\"L\">";
+  for (const auto& [name, type] : entries) text += Entry(name, type);
+  return Document(text + "</std:node>");
+}
+
 std::string Entries(const std::vector<std::string>& names) {
   std::string text = "<std:node name=\"List\">\n";
   for (const std::string& name : names) text += Entry(name, "1");
@@ -105,6 +113,10 @@ std::string RandomStandard(unsigned seed) {
     for (unsigned j = pick(3); j > 0; --j) text += Entry("", std::to_string(pick(3)));
     for (unsigned j = pick(4); j > 0; --j) {
       text += Parameter(letter(4), pick(2) == 0 ? "intval" : "floatval", std::to_string(pick(2)));
+    }
+    for (unsigned j = pick(3); j > 0; --j) {
+      text += "<std:node name=\"N\">" + Parameter("Name", "strval", letter(3)) +
+              Parameter("V", "intval", std::to_string(pick(2))) + "</std:node>";
     }
     for (unsigned j = pick(4); j > 0; --j) {
       text += "<std:floatval>" + std::to_string(pick(3)) + "</std:floatval>";
@@ -255,6 +267,19 @@ TEST_F(Diff, AnotherTypeIsAChangeThatShowsBothTypes) {
   EXPECT_EQ(changed["new"], json({{"type", "int"}, {"value", "2"}}));
 }
 
+TEST_F(Diff, AnotherNameOfAValueIsAChangeThatShowsBothNames) {
+  const auto value = [](const std::string& element, const std::string& text) {
+    return Document(Parameter("X", element, text));
+  };
+  EXPECT_EQ(Lines(value("strval", "a"), value("strval name=\"L\"", "a")),
+            "  ~ Root.X  string \"a\" -> L string \"a\"\n");
+  EXPECT_EQ(Lines(value("strval name=\"L\"", "a"), value("strval name=\"M\"", "b")),
+            "  ~ Root.X  L string \"a\" -> M string \"b\"\n");
+  const json changed = Differences(value("strval", "a"), value("strval name=\"L\"", "a"))[0];
+  EXPECT_EQ(changed["old"], json({{"name", ""}, {"type", "string"}, {"value", "a"}}));
+  EXPECT_EQ(changed["new"], json({{"name", "L"}, {"type", "string"}, {"value", "a"}}));
+}
+
 TEST_F(Diff, AGroupAndAnInstanceOfOneNameAreTwoThings) {
   EXPECT_EQ(Lines(Document("<std:node name=\"L\"><std:node name=\"X\"/></std:node>"),
                   Document("<std:node name=\"L\"><std:typeval name=\"X\"/></std:node>")),
@@ -336,27 +361,17 @@ TEST_F(Diff, EntriesAreKnownByTheirNameWhereverTheyStand) {
 }
 
 TEST_F(Diff, EntriesOfOneNameTwiceAreMatchedOneByOne) {
-  const auto list = [](const std::vector<std::pair<std::string, std::string>>& entries) {
-    std::string text = "<std:node name=\"L\">";
-    for (const auto& [name, type] : entries) text += Entry(name, type);
-    return Document(text + "</std:node>");
-  };
-  const std::string twice = list({{"A", "1"}, {"A", "2"}, {"B", "3"}});
-  EXPECT_EQ(Lines(twice, list({{"A", "2"}, {"B", "3"}})),
+  const std::string twice = ListOf({{"A", "1"}, {"A", "2"}, {"B", "3"}});
+  EXPECT_EQ(Lines(twice, ListOf({{"A", "2"}, {"B", "3"}})),
             "  - Root.L.E (A)  instance, 2 parameters\n");
-  EXPECT_EQ(Lines(twice, list({{"A", "1"}, {"A", "5"}, {"B", "3"}})),
+  EXPECT_EQ(Lines(twice, ListOf({{"A", "1"}, {"A", "5"}, {"B", "3"}})),
             "  ~ Root.L.E[2].Type (A)  2 -> 5\n");
 }
 
 TEST_F(Diff, OfEntriesOfOneNameThoseThatAreAlikeAreMatchedWhereverTheOthersWent) {
-  const auto list = [](const std::vector<std::pair<std::string, std::string>>& entries) {
-    std::string text = "<std:node name=\"L\">";
-    for (const auto& [name, type] : entries) text += Entry(name, type);
-    return Document(text + "</std:node>");
-  };
   const json differences =
-      Differences(list({{"X", "9"}, {"A", "1"}, {"A", "2"}, {"A", "3"}, {"Y", "9"}}),
-                  list({{"Y", "9"}, {"A", "2"}, {"A", "3"}, {"X", "9"}}));
+      Differences(ListOf({{"X", "9"}, {"A", "1"}, {"A", "2"}, {"A", "3"}, {"Y", "9"}}),
+                  ListOf({{"Y", "9"}, {"A", "2"}, {"A", "3"}, {"X", "9"}}));
   std::map<std::string, std::vector<std::string>> paths;
   for (const json& each : differences) paths[each["difference"]].push_back(each["path"]);
   EXPECT_EQ(paths["removed"], std::vector<std::string>{"Root.L.E[2]"});
@@ -372,13 +387,22 @@ TEST_F(Diff, NodesOfOneNameAreEntriesTooAndKnownByTheirName) {
   EXPECT_EQ(
       Lines(Document(node("p", "1") + node("q", "2")), Document(node("q", "3") + node("p", "1"))),
       "  > Root.N[2] (q)  from place 2 to 1\n  ~ Root.N[2].V (q)  2 -> 3\n");
+  // Where one of them is left alone, it is the one of its name still.
+  const std::string both = Document(node("a", "1") + node("b", "2"));
+  EXPECT_EQ(Lines(both, Document(node("b", "2"))), "  - Root.N (a)  node, 2 parameters\n");
+  EXPECT_EQ(Lines(both, Document(node("a", "1"))), "  - Root.N[2] (b)  node, 2 parameters\n");
+  EXPECT_EQ(Lines(Document(node("b", "3")), both),
+            "  + Root.N (a)  node, 2 parameters\n  ~ Root.N.V  3 -> 2\n");
+  // Alone on both sides it is no entry, and its name a value like any other.
+  EXPECT_EQ(Lines(Document(node("a", "1")), Document(node("b", "1"))),
+            "  ~ Root.N.Name  \"a\" -> \"b\"\n");
 }
 
 TEST_F(Diff, EntriesWithoutNameAreMatchedByPlaceWithWhatIsEqualAtBothEndsFirst) {
   const auto list = [](const std::vector<std::string>& types) {
-    std::string text = "<std:node name=\"L\">";
-    for (const std::string& type : types) text += Entry("", type);
-    return Document(text + "</std:node>");
+    std::vector<std::pair<std::string, std::string>> entries;
+    for (const std::string& type : types) entries.emplace_back("", type);
+    return ListOf(entries);
   };
   EXPECT_EQ(Lines(list({"1", "2", "3"}), list({"1", "9", "3"})), "  ~ Root.L.E[2].Type  2 -> 9\n");
   EXPECT_EQ(Lines(list({"1", "2", "3"}), list({"2", "3"})),
@@ -427,12 +451,38 @@ TEST_F(Diff, AStandardMayBeNamedOrComeFromStandardInput) {
                 .status,
             0);
   EXPECT_EQ(RunTool({"diff", "ANSI-ASME", "JIS"}).status, 1);
-  // A file of the name comes first, and so does the folder of a site.
-  folder.Write("ISO.xml", SampleStandard());
+}
+
+TEST_F(Diff, ANameThatLeadsToTheStandardOfASiteIsSaidToDoSo) {
+  const std::string iso = folder.Write("ISO.xml", SampleStandard());
+  const std::string own = folder.Write("House.xml", SampleStandard());
   const ToolSurroundings site = {.input = SampleStandard(),
                                  .environment = {{"VYR_STANDARD_PATH", folder.Path().string()}}};
-  EXPECT_EQ(RunTool({"diff", "ISO", "-"}, site).status, 0);
-  EXPECT_EQ(RunTool({"diff", "-", "ISO"}, site).status, 0);
+  const ToolRun run = RunTool({"diff", "ISO", "-"}, site);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.out, testing::StartsWith("ISO (" + iso + ") -> -: "));
+  EXPECT_THAT(run.err, testing::StartsWith("holstd: ISO: warning: is " + iso + ", which hides"));
+  const ToolRun back = RunTool({"diff", "-", "ISO", "--json"}, site);
+  EXPECT_EQ(back.status, 0);
+  EXPECT_FALSE(ParsedJson(back).contains("beforeFile"));
+  EXPECT_EQ(ParsedJson(back)["afterFile"], iso);
+  // One that hides nothing is what the name can mean only, and so is a shipped one.
+  EXPECT_EQ(RunTool({"diff", "House", "-"}, site).err, "");
+  EXPECT_EQ(RunTool({"diff", "JIS", "-"}, site).err, "");
+  EXPECT_EQ(RunTool({"diff", iso, own}, site).err, "");
+}
+
+TEST_F(Diff, AFolderOfTheNameOfAStandardIsNotMeant) {
+  const std::string before = std::filesystem::current_path();
+  std::filesystem::create_directory(folder / "JIS");
+  std::filesystem::current_path(folder.Path());
+  EXPECT_EQ(RunTool({"diff", "JIS", "JIS"}).status, 0);
+  std::filesystem::create_directory(folder / "Other");
+  ExpectFailure(RunTool({"diff", "JIS", "Other"}), 3, {"Other: ", "folder"});
+  folder.Write("ISO", SampleStandard());
+  EXPECT_EQ(RunTool({"diff", "ISO", "-"}, {.input = SampleStandard()}).status, 0)
+      << "a file of the name comes first";
+  std::filesystem::current_path(before);
 }
 
 TEST_F(Diff, WhatCannotBeReadIsStatus3) {

@@ -43,7 +43,13 @@ constexpr BadCommand kBadCommands[] = {
     // The path.
     {"node root:A", "'root' is no tree"},
     {"node Styles:A", "begins with Root, Enum or TypeDef"},
-    {"node Root.Dimensions:A", "nearest name is 'Dimension'"},
+    {"node Root.Dimensions:A", "did you mean 'Root.Dimension'?"},
+    {"change Root.Frames.FrameDef[2].Name:X",
+     "brackets, which commands do not take; a path means "
+     "the first 'FrameDef' there"},
+    {"delete Root.Frames.FrameDef[2]", "which commands do not take"},
+    {"value Root.Frames.FrameDef[2]:A:int:1", "which commands do not take"},
+    {"change Root..Dimension.DIMLTail:1", "two dots follow each other; did you mean "},
     {"change Root.dimension.dimltail:1", "did you mean 'Root.Dimension.DIMLTail'?"},
     {"delete Enum.YesNoo.Yess", "did you mean 'Enum.YesNo.Yes'?"},
     {"instance Root.Dimension.Nothing:A", "'Nothing'"},
@@ -78,7 +84,7 @@ constexpr BadCommand kBadCommands[] = {
     {"change Root.Dimension.Blanking:yes", "near is 'Yes'; it has 'Yes', 'No'"},
     {"change Root.Dimension.Blanking:Perhaps", "no literal of the enumeration 'YesNo'; it has"},
     {"value Root.Dimension:A:enum.YesNo:Noo", "near is 'No'; it has 'Yes', 'No'"},
-    {"value Root.Dimension:A:enum.YesNoo:Yes", "nearest name is 'YesNo'"},
+    {"value Root.Dimension:A:enum.YesNoo:Yes", "did you mean 'Enum.YesNo'?"},
     {"value Root.Frames.FrameDef:Kind:enum.YesNo:Yes", "no enumeration 'Kind'"},
     {"field Root.Frames.FrameDef:YesNo:enum.YesNo:Yse", "near is 'Yes'"},
     {"each Root.Frames :YesNo:enum.YesNo:Nein", "'Nein' is no literal"},

@@ -1,3 +1,6 @@
+#include <filesystem>
+#include <fstream>
+
 #include "ToolRun.h"
 
 using nlohmann::json;
@@ -5,15 +8,41 @@ using testing::HasSubstr;
 
 namespace {
 
-/// A site's standard, and a shipped one of its parent in a folder that comes first.
+/// The library in a folder of its own, with a shipped standard beside it.
+class Installation {
+ public:
+  explicit Installation(const std::string& standard) {
+    namespace fs = std::filesystem;
+    const char* const library = "libHolStandardInfra.so.0";
+    const fs::path built = fs::path(HOL_TOOL).parent_path().parent_path() / "lib" / library;
+    const fs::path copy = folder_ / library;
+    std::error_code error;
+    fs::create_hard_link(fs::canonical(built), copy, error);
+    if (error) fs::copy_file(built, copy);
+    fs::create_directories(Standards());
+    std::ofstream(Shipped()) << standard;
+  }
+  std::string Standards() const { return folder_ / "share/HolStandardInfra/standards"; }
+  std::string Shipped() const { return Standards() + "/ANSI-ASME.xml"; }
+  /// What makes the tool use it.
+  std::pair<std::string, std::string> Variable() const {
+    return {"LD_LIBRARY_PATH", folder_.Path().string()};
+  }
+
+ private:
+  const TemporaryFolder folder_;
+};
+
+/// A site's standard, and a shipped one of its parent.
 class Explain : public testing::Test {
  protected:
   ToolRun Run(const std::string& text, const std::string& path,
               const std::vector<std::string>& more = {}) {
     std::vector<std::string> arguments = {"explain", "-", path};
     arguments.insert(arguments.end(), more.begin(), more.end());
-    return RunTool(arguments,
-                   {.input = text, .environment = {{"VYR_STANDARD_PATH", folder.Path().string()}}});
+    return RunTool(arguments, {.input = text,
+                               .environment = {installed.Variable(),
+                                               {"VYR_STANDARD_PATH", folder.Path().string()}}});
   }
   json Answers(const std::string& text, const std::string& path) {
     const ToolRun run = Run(text, path, {"--json"});
@@ -27,7 +56,8 @@ class Explain : public testing::Test {
   }
 
   const TemporaryFolder folder;
-  const std::string shipped = folder.Write("ANSI-ASME.xml", SampleStandard());
+  const Installation installed{SampleStandard()};
+  const std::string shipped = installed.Shipped();
 };
 
 }  // namespace
@@ -63,6 +93,32 @@ TEST_F(Explain, AnotherWayToWriteTheDefaultIsTheDefault) {
   const json answer =
       Answers(Replaced(SampleStandard(), ">2.0<", ">2<"), "Root.Dimension.DIMLTail")[0];
   EXPECT_EQ(answer["default"]["differs"], false);
+}
+
+TEST_F(Explain, TheDefaultIsThatOfTheShippedStandardWhateverASiteHasUnderItsName) {
+  const std::string site = Replaced(SampleStandard(), ">2.0<", ">12.5<");
+  folder.Write("ANSI-ASME.xml", site);
+  const json answer = Answers(site, "Dimension.DIMLTail")[0];
+  EXPECT_EQ(answer["default"]["value"], "2.0");
+  EXPECT_EQ(answer["default"]["differs"], true);
+  folder.Write("ANSI-ASME.xml", "<nothing");
+  EXPECT_EQ(Answers(site, "Dimension.DIMLTail")[0]["default"]["value"], "2.0");
+}
+
+TEST_F(Explain, AnEntryOfAListHasTheDefaultOfTheOneThatIsAlone) {
+  const auto node = [](const std::string& name, const std::string& value) {
+    return "<std:node name=\"N\">" + Parameter("Name", "strval", name) +
+           Parameter("V", "intval", value) + "</std:node>\n";
+  };
+  const auto with = [](const std::string& nodes) {
+    std::string text = SampleStandard();
+    return text.insert(text.rfind("</std:node>"), nodes);
+  };
+  std::ofstream(shipped) << with(node("b", "7"));
+  const json answers = Answers(with(node("a", "1") + node("b", "2")), "Root.N.V");
+  ASSERT_EQ(answers.size(), 2u);
+  EXPECT_TRUE(answers[0]["default"].is_null());
+  EXPECT_EQ(answers[1]["default"]["value"], "7");
 }
 
 TEST_F(Explain, ALiteralIsToldWithItsEnumeration) {
@@ -173,11 +229,17 @@ TEST_F(Explain, ANodeIsToldByWhatItHolds) {
 
 TEST_F(Explain, AMissingPathIsANegativeAnswerThatSaysWhatIsNear) {
   const std::vector<std::vector<std::string>> cases = {
-      {"Dimension.DIMLTale", "'DIMLTale'", "'Dimension'", "nearest name is 'DIMLTail'",
-       "did you mean 'Dimension.DIMLTail'?"},
+      {"Dimension.DIMLTale", "no 'DIMLTale' below 'Dimension'; did you mean 'Dimension.DIMLTail'?"},
+      {"DIMLTale", "did you mean 'DIMLTail'?"},
+      {"Dimension.DIMLTale.Nothing", "the nearest name is 'DIMLTail'\n"},
+      {"Dimension..DIMLTail",
+       "standard input: two dots follow each other; did you mean 'Dimension.DIMLTail'?"},
+      {"Frames.FrameDef[3].Type", "no 'FrameDef[3]' below 'Frames'; of 'FrameDef' there are 2\n"},
+      {"Root.Frames.FrameDef[0]", "no 'FrameDef[0]' in 'Root.Frames'; of 'FrameDef' there are 2\n"},
+      {"Root.Sizes.[3]", "no '[3]' in 'Root.Sizes'; of values without a name there are 2\n"},
       {"dimension.dimltail", "'dimension'", "did you mean 'Dimension.DIMLTail'?"},
       {"Root.Frame.FrameDef.Typ", "'Frame' in 'Root'", "did you mean 'Root.Frames.FrameDef.Type'?"},
-      {"Enum.YesNo.Yess", "nearest name is 'Yes'"},
+      {"Enum.YesNo.Yess", "did you mean 'Enum.YesNo.Yes'?"},
       {"Nothing.At.All", "'Nothing'", "holstd tree"},
   };
   for (const auto& each : cases) {
@@ -191,6 +253,25 @@ TEST_F(Explain, WhatCannotBeReadIsStatus3) {
   ExpectFailure(Run("<nothing", "A"), 3, {"standard input"});
   ExpectFailure(RunTool({"explain", folder / "missing.xml", "A"}), 3, {"missing.xml"});
   ExpectFailure(RunTool({"explain", shipped}), 2, {"PATH"});
+}
+
+TEST_F(Explain, ManyValuesOfOneNameHaveALineAndADefaultEach) {
+  constexpr int count = 20000;
+  std::string values;
+  for (int i = 0; i < count; ++i) {
+    values += "<std:intval name=\"F\">" + std::to_string(i) + "</std:intval>\n";
+  }
+  std::string text = SampleStandard();
+  text.insert(text.rfind("</std:node>"), "<std:node name=\"M\"><std:typeval name=\"T\">\n" +
+                                             values + "</std:typeval></std:node>\n");
+  std::ofstream(shipped) << text;
+  const json answers = Answers(text, "T.F");
+  ASSERT_EQ(answers.size(), std::size_t{count});
+  const int line = LineOf(text, ">0</std:intval>");
+  for (int i = 0; i < count; i += 1999) {
+    EXPECT_EQ(answers[i]["line"], line + i);
+    EXPECT_EQ(answers[i]["default"]["value"], std::to_string(i));
+  }
 }
 
 TEST_F(Explain, ADeepStandardIsExplained) {

@@ -75,6 +75,38 @@ TEST_F(Manual, TellsEveryOptionOfTheHelpAndItsNotes) {
   }
 }
 
+TEST_F(Manual, TellsWhatAnOptionNeedsAndWhatItRefuses) {
+  const std::string synopsis = ".SH SYNOPSIS\n";
+  EXPECT_THAT(Plain(Page("holstd-convert")),
+              HasSubstr(synopsis + "holstd convert TEXTFILE -o FILE [OPTION...]\n"));
+  EXPECT_THAT(Plain(Page("holstd-get")),
+              HasSubstr("\n--all\nPrint all values, one a line.\nNot together with --index, "
+                        "--type.\n"));
+  EXPECT_THAT(Plain(Page("holstd-get")), HasSubstr("\n--index N\n"));
+  EXPECT_THAT(Plain(Page("holstd-edit")), HasSubstr("\nOnly together with --in-place.\n"));
+  EXPECT_THAT(
+      Plain(Page("holstd-convert")),
+      HasSubstr("\n--to VERSION\nFormat version to stop at; default 220, from 1 to 220.\n"));
+}
+
+TEST_F(Manual, AndTheHelpSayARangeInWords) {
+  for (const std::string& command : Commands()) {
+    for (const std::string& text :
+         {RunTool({command, "--help"}).out, Plain(Page("holstd-" + command))}) {
+      EXPECT_THAT(text, testing::Not(testing::ContainsRegex("INT|in \\[[0-9]|[A-Z]:[A-Z]"))) << command;
+    }
+  }
+  EXPECT_THAT(RunTool({"get", "--help"}).out, HasSubstr("1 or more"));
+}
+
+TEST_F(Manual, TellsWhatOfTheEnvironmentCounts) {
+  const std::string page = Plain(Page("holstd"));
+  for (const char* name : {"VYR_STANDARD_PATH", "NO_COLOR", "TERM", "TMPDIR"}) {
+    EXPECT_GT(page.find(std::string("\n.TP\n") + name + "\n"), page.find(".SH ENVIRONMENT\n"));
+    EXPECT_THAT(page, HasSubstr(std::string("\n.TP\n") + name + "\n"));
+  }
+}
+
 TEST_F(Manual, LeavesNoLineThatATypesetterTakesForACommandOfItsOwn) {
   for (const std::string& command : Commands()) {
     const std::string page = Page("holstd-" + command);

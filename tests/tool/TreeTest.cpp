@@ -60,6 +60,11 @@ TEST(Tree, APathIsOneOfTheCommandsOrOneBelowTheDocumentElement) {
       {"Enum.YesNo.No", "value: string \"No\"\n"},
       {"Dimension.DIMLTail", "node DIMLTail: float 2.0, at least 0.0\n"},
       {"Frames.FrameDef.Type", "value Type: int 21\n"},
+      {"Frames.FrameDef[1].Type", "value Type: int 21\n"},
+      {"Root.Frames.FrameDef[2].Type", "value Type: int 3\n"},
+      {"Frames.FrameDef[2]",
+       "instance FrameDef\n  value Name: string \"Circle\"\n  value Type: int 3\n"},
+      {"Sizes.[2]", "value: float 3.5\n"},
       {"TypeDef.FrameDef.Name", "value Name: string \"XXX\"\n"},
   };
   for (const auto& [path, expected] : cases) {
@@ -79,10 +84,15 @@ TEST(Tree, AMissingPathIsANegativeAnswer) {
 
 TEST(Tree, AMistypedPathIsAnsweredWithTheNearestOne) {
   const std::vector<std::vector<std::string>> cases = {
-      {"Dimension.DIMLTale", "nearest name is 'DIMLTail'",
-       "did you mean 'Root.Dimension.DIMLTail'?"},
-      {"Root.Frame.FrameDf.typ", "nearest name is 'Frames'",
+      {"Dimension.DIMLTale",
+       "no 'DIMLTale' in 'Root.Dimension'; did you mean 'Root.Dimension.DIMLTail'?\n"},
+      {"Root.Frame.FrameDf.typ", "no 'Frame' in 'Root'",
        "did you mean 'Root.Frames.FrameDef.Type'?"},
+      {"Root..Dimension", "two dots follow each other; did you mean 'Root.Dimension'?"},
+      {"Root...X", "two dots follow each other; one joins two names"},
+      {"Frames.FrameDef[3].Name", "no 'FrameDef[3]' in 'Root.Frames'; of 'FrameDef' there are 2\n"},
+      {"Frames.FrameDef.Type[2]", "no 'Type[2]' in 'Root.Frames.FrameDef'; of 'Type' there is 1\n"},
+      {"Frames.FrameDef[x]", "did you mean 'Root.Frames.FrameDef'?"},
       {"Enum.yesno", "did you mean 'Enum.YesNo'?"},
       {"TypeDef.FrameDef.Nam", "did you mean 'TypeDef.FrameDef.Name'?"},
   };

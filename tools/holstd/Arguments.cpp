@@ -1,6 +1,7 @@
 #include "Arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <limits>
 
 #include "VyrFiles.h"
 
@@ -34,8 +35,14 @@ Argument& Argument::TakesPath() {
   return *this;
 }
 
-Argument& Argument::Within(long least, long most, const char* described) {
-  option_->check(CLI::Range(least, most, described));
+Argument& Argument::Within(long least, long most) {
+  CLI::Range range(least, most);
+  range.description("");  // it would stand in the help like a part of a program
+  option_->check(range);
+  const bool isOpen = most == std::numeric_limits<long>::max();
+  option_->description(option_->get_description() + ", " +
+                       (isOpen ? std::to_string(least) + " or more"
+                               : "from " + std::to_string(least) + " to " + std::to_string(most)));
   return *this;
 }
 

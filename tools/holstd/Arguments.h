@@ -19,8 +19,8 @@ class Argument {
   Argument& Required();
   /// It is the path of a file, taken as the operating system writes it.
   Argument& TakesPath();
-  /// A whole number between the two; the help writes it as the two numbers, or as `described`.
-  Argument& Within(long least, long most, const char* described = "");
+  /// A whole number between the two, which the help says; a `most` as large as can be is no limit.
+  Argument& Within(long least, long most);
   /// Not together with the other one.
   Argument& Excludes(const Argument& other);
   /// Only together with the other one.

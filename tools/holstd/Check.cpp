@@ -1,12 +1,17 @@
+#include <algorithm>
 #include <iterator>
 #include <memory>
 #include <utility>
 
 #include "Arguments.h"
 #include "Format.h"
+#include "ItemLines.h"
+#include "Objections.h"
+#include "PathSearch.h"
 #include "Reports.h"
 #include "SheetProblems.h"
 #include "Standard.h"
+#include "StandardItems.h"
 #include "Subcommands.h"
 #include "VyrAnnStandardServices.h"
 #include "VyrDftStdPersistence.h"
@@ -26,12 +31,71 @@ struct Findings {
   bool AreNone() const { return content.empty() && structure.empty(); }
 };
 
-std::vector<FileProblem> ContentProblems(Standard& standard) {
-  ReportRecorder recorder;
-  standard.document.Check();
+/// What the checks look at.
+struct Subject {
+  const InputFile& file;
+  Standard& standard;
+  const StandardItems items{standard.document};
+  const ItemLines lines{file, items};
+};
+
+/// The literal of `value` and its enumeration, as the application looks for them.
+bool IsDefined(const VyrAnnStandardXMLNode& enumerations, const VyrAnnStandardXMLValue& value) {
+  const std::string path =
+      std::string(value.GetValueName().View()) + "." + std::string(value.GetValue().View());
+  return VyrAnnStandardXMLValue_var(enumerations.GetValueWithPath(path)).Get() != nullptr;
+}
+
+std::string UndefinedText(const Subject& subject, const StandardPlace& place) {
+  const VyrAnnStandardXMLValue& value = *subject.items.ValueAt(place);
+  const WrittenLiteral literal = {std::string(value.GetValueName().View()),
+                                  std::string(value.GetValue().View()), true};
+  const std::string objection = ObjectionToLiteral(subject.standard.document, literal);
+  return subject.items.PathOf(place) + ": " +
+         (objection.empty() ? Quoted(literal.literal) + " is no literal that can be found in " +
+                                  Quoted(literal.enumeration) + "; its name would hold no dot"
+                            : objection);
+}
+
+/// Literals of the standard that no enumeration has.
+std::vector<FileProblem> LiteralProblems(const Subject& subject) {
+  const StandardItems& items = subject.items;
+  const VyrAnnStandardXMLNode& enumerations = *items[StandardItems::kEnum].node;
   std::vector<FileProblem> problems;
-  for (std::string& text : recorder.undefinedEnums) problems.push_back({0, std::move(text)});
-  if (standard.version < 0) problems.push_back({0, VersionProblem(standard.document)});
+  std::vector<bool> isOfRoot(items.Count(), false);
+  for (StandardItems::Index item = StandardItems::kRoot; item < items.Count(); ++item) {
+    isOfRoot[item] = item == StandardItems::kRoot || isOfRoot[items[item].parent];
+    const auto& values = items[item].node->GetValues();
+    for (std::uint32_t i = 0; isOfRoot[item] && i < values.size(); ++i) {
+      if (values[i]->GetType() != VyrAnnStandardXMLValue::ValueEnum) continue;
+      if (IsDefined(enumerations, *values[i])) continue;
+      const StandardPlace place = {item, i};
+      problems.push_back({subject.lines.LineOf(place), UndefinedText(subject, place)});
+    }
+  }
+  std::stable_sort(problems.begin(), problems.end(),
+                   [](const FileProblem& a, const FileProblem& b) { return a.line < b.line; });
+  return problems;
+}
+
+int LineOf(const Subject& subject, const char* path) {
+  const auto place = FindPlace(subject.items, path);
+  return place ? subject.lines.LineOf(*place) : 0;
+}
+
+std::vector<FileProblem> ContentProblems(const Subject& subject) {
+  std::vector<FileProblem> problems = LiteralProblems(subject);
+  if (subject.standard.version < 0) {
+    problems.push_back(
+        {LineOf(subject, "Root.Version"), VersionProblem(subject.standard.document)});
+  }
+  if (const auto lost = subject.lines.FirstEstranged()) {
+    const std::string others =
+        lost->count > 1 ? " and " + std::to_string(lost->count - 1) + " more" : "";
+    problems.push_back({lost->line, "the element " + Quoted(lost->name) + others +
+                                        " is passed over, since it is not in the namespace of "
+                                        "standards; it would have the prefix of the others"});
+  }
   return problems;
 }
 
@@ -44,14 +108,17 @@ bool HasReadableFormats(VyrAnnStandardServices& services) {
 }
 
 /// For a standard without other problems.
-std::vector<FileProblem> StructureProblems(Standard& standard, const InputFile& file) {
+std::vector<FileProblem> StructureProblems(const Subject& subject) {
   const ReportRecorder recorder;
-  const auto services = VyrAnnStandardServices::OpenFile(file.Path());
+  const auto services = VyrAnnStandardServices::OpenFile(subject.file.Path());
   std::vector<FileProblem> problems;
-  const bool listsFormats = standard.version >= VyrDftStdPersistence::GetVersionFromRelease(14);
-  if (listsFormats && !HasReadableFormats(*services)) problems = FormatProblems(standard, file);
+  const bool listsFormats =
+      subject.standard.version >= VyrDftStdPersistence::GetVersionFromRelease(14);
+  if (listsFormats && !HasReadableFormats(*services)) {
+    problems = FormatProblems(subject.items, subject.lines);
+  }
   if (services->CheckXMLStructure() != S_OK) {
-    std::vector<FileProblem> more = StyleProblems(standard, file);
+    std::vector<FileProblem> more = StyleProblems(subject.items, subject.lines);
     std::move(more.begin(), more.end(), std::back_inserter(problems));
   }
   return problems;
@@ -65,8 +132,9 @@ class Checker {
     try {
       const InputFile input(file);
       Standard standard = ReadStandard(input);
-      Findings findings{ContentProblems(standard), {}};
-      if (findings.AreNone()) findings.structure = StructureProblems(standard, input);
+      const Subject subject{input, standard};
+      Findings findings{ContentProblems(subject), {}};
+      if (findings.AreNone()) findings.structure = StructureProblems(subject);
       Report(file, standard.version, findings);
       return findings.AreNone() ? kDone : kNegativeAnswer;
     } catch (const Failure& failure) {
@@ -87,14 +155,15 @@ class Checker {
     if (findings.AreNone()) {
       PrintLine(file, Paint::Good, "valid", ", version " + std::to_string(version));
     }
-    for (const auto& problem : findings.content) {
-      PrintLine(file, Paint::Bad, "not valid", ": " + problem.text);
-    }
-    if (findings.structure.empty()) return;
-    PrintLine(
-        file, Paint::Bad, "not valid",
-        ": " + Counted(static_cast<long>(findings.structure.size()), "problem") + " of structure");
-    for (const auto& problem : findings.structure) {
+    Tell(file, findings.content, "content");
+    Tell(file, findings.structure, "structure");
+  }
+
+  void Tell(const std::string& file, const std::vector<FileProblem>& problems, const char* kind) {
+    if (problems.empty()) return;
+    PrintLine(file, Paint::Bad, "not valid",
+              ": " + Counted(static_cast<long>(problems.size()), "problem") + " of " + kind);
+    for (const FileProblem& problem : problems) {
       session_.Complain({kNegativeAnswer, file, problem.line, problem.text});
     }
   }

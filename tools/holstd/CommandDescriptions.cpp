@@ -1,8 +1,17 @@
 #include "CommandDescriptions.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <set>
 
 namespace {
+
+std::vector<std::string> NamesOf(const std::set<CLI::Option*>& options) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : options) names.push_back(option->get_name());
+  std::sort(names.begin(), names.end());  // the set has them as they lie in memory
+  return names;
+}
 
 ArgumentDescription Describe(const CLI::Option& option) {
   ArgumentDescription description;
@@ -15,6 +24,8 @@ ArgumentDescription Describe(const CLI::Option& option) {
   description.text = option.get_description();
   description.isRequired = option.get_required();
   description.isRepeated = option.get_expected_max() == CLI::detail::expected_max_vector_size;
+  description.needs = NamesOf(option.get_needs());
+  description.excludes = NamesOf(option.get_excludes());
   return description;
 }
 

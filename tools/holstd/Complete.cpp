@@ -1,14 +1,18 @@
 #include <algorithm>
-#include <array>
 #include <functional>
 #include <memory>
 #include <string_view>
 
 #include "CommandDescriptions.h"
+#include "OpenStandard.h"
+#include "PathSearch.h"
+#include "ShellLine.h"
 #include "Standard.h"
+#include "StandardFiles.h"
+#include "StandardItems.h"
 #include "Subcommands.h"
 #include "VyrAnnStdEngineeringSymbolsServices.h"
-#include "VyrDftStandardServices.h"
+#include "VyrListValVyrUnicodeString.h"
 #include "VyrTrace.h"
 
 // What a shell offers for the word that is being written: the scripts of bash and zsh hand over the
@@ -20,7 +24,7 @@ using Command = CommandDescription;
 using ArgumentDescriptions = std::vector<ArgumentDescription>;
 
 struct Options {
-  std::vector<std::string> words;
+  std::string line;
 };
 
 // Lines that ask the shell for names which it knows better; no word looks like them.
@@ -77,6 +81,16 @@ bool TakesValue(const Line& line, const std::string& word) {
   return option != nullptr && !option->value.empty();
 }
 
+/// Takes the word being written as the value that "=" joins to an option, if it is one.
+void CutAtEquals(Line& line) {
+  const std::size_t equals = line.current.find('=');
+  if (!line.current.starts_with("--") || equals == std::string::npos) return;
+  const std::string option = line.current.substr(0, equals);
+  if (!TakesValue(line, option)) return;
+  line.before = option;
+  line.current.erase(0, equals + 1);
+}
+
 /// Reads the words of a shell's line; the first is the tool.
 Line ReadLine(const std::vector<Command>& commands, std::vector<std::string> words) {
   Line line;
@@ -97,25 +111,27 @@ Line ReadLine(const std::vector<Command>& commands, std::vector<std::string> wor
       if (named != commands.end()) line.command = &*named;
     }
   }
+  CutAtEquals(line);
   return line;
 }
 
 /// Names below what `path` leads to, each with the path before it; with a dot behind those that
 /// have something below themselves.
-void OfferChildren(VyrAnnStandardXMLParser& document, const std::string& tree,
-                   const std::string& path, Offers& offers) {
-  const std::string whole = tree.empty() ? path : path.empty() ? tree : tree + "." + path;
-  const std::optional<Found> found = FindAt(document, whole);
-  if (!found || !found->node) return;
+void OfferChildren(const StandardItems& items, const std::string& path, Offers& offers) {
+  const bool isWhole = IsCommandPath(path);
+  const std::string top = isWhole ? "" : StandardItems::kTopNames[StandardItems::kRoot];
+  const auto found = FindPlace(items, top + (isWhole || path.empty() ? "" : ".") + path);
+  if (!found || found->value) return;
+  const VyrAnnStandardXMLNode& node = *items[found->item].node;
   const std::string begin = path.empty() ? "" : path + ".";
-  for (const VyrAnnStandardXMLNode_var& child : found->node->GetNodes()) {
+  for (const VyrAnnStandardXMLNode_var& child : node.GetNodes()) {
     std::string name = begin + std::string(child->GetNodeName().View());
     if (child->GetNumOfNode() > 0) name += ".";
     offers.Add(name);
   }
-  for (const VyrAnnStandardXMLValue_var& value : found->node->GetValues()) {
+  for (const VyrAnnStandardXMLValue_var& value : node.GetValues()) {
     const std::string_view called = value->GetValueName().View();
-    if (!called.empty() && found->node->GetNodeType() != VyrAnnStandardXMLNode::NodePlain) {
+    if (!called.empty() && node.GetNodeType() != VyrAnnStandardXMLNode::NodePlain) {
       offers.Add(begin + std::string(called));
     }
   }
@@ -132,18 +148,13 @@ void OfferPaths(const Line& line, Offers& offers) {
   }
   const std::size_t dot = line.current.rfind('.');
   const std::string path = dot == std::string::npos ? "" : line.current.substr(0, dot);
-  constexpr std::array trees = {"Root", "Enum", "TypeDef"};
-  const std::string first = path.substr(0, path.find('.'));
-  const bool hasTree = std::find(trees.begin(), trees.end(), first) != trees.end();
-  OfferChildren(standard.document, hasTree ? "" : "Root", path, offers);
+  OfferChildren(StandardItems(standard.document), path, offers);
   if (!path.empty() || line.command->name == "get") return;
-  for (const char* tree : trees) offers.Add(std::string(tree) + ".");
+  for (const char* tree : StandardItems::kTopNames) offers.Add(std::string(tree) + ".");
 }
 
-void OfferShippedStandards(Offers& offers) {
-  VyrListValVyrUnicodeString names;
-  VyrDftStandardServices::ListOOTBStandards(names);
-  for (const VyrUnicodeString& name : names) offers.Add(name.CString());
+void OfferStandards(Offers& offers) {
+  for (const std::string& file : FindStandardFiles()) offers.Add(StandardName(file));
 }
 
 /// Symbols without their brackets, which a shell takes for something else.
@@ -158,20 +169,17 @@ void OfferSymbols(Offers& offers) {
   }
 }
 
-void OfferNames(VyrAnnStandardXMLParser& document, const std::string& path, Offers& offers) {
-  const std::optional<Found> found = FindAt(document, path);
-  if (!found || !found->node) return;
-  for (const VyrAnnStandardXMLNode_var& child : found->node->GetNodes()) {
-    offers.Add(std::string(child->GetNodeName().View()));
-  }
-}
-
 /// Object types that have styles in the file that the line names.
 void OfferTypes(const Line& line, Offers& offers) {
   if (line.words.empty()) return;
   try {
     Standard standard = ReadStandard(line.words.front());
-    OfferNames(standard.document, "Root.Styles", offers);
+    const StandardItems items(standard.document);
+    const auto styles = FindPlace(items, "Root.Styles");
+    if (!styles || styles->value) return;
+    for (const VyrAnnStandardXMLNode_var& type : items[styles->item].node->GetNodes()) {
+      offers.Add(std::string(type->GetNodeName().View()));
+    }
   } catch (const Failure&) {
     // A file that cannot be read offers nothing.
   }
@@ -186,8 +194,8 @@ void OfferFor(const std::string& value, const Line& line, Offers& offers) {
       {"PATH", [&] { OfferPaths(line, offers); }},
       {"TAG", [&] { OfferSymbols(offers); }},
       {"TYPE", [&] { OfferTypes(line, offers); }},
-      {"A", [&] { OfferShippedStandards(offers), offers.Ask(kFiles); }},
-      {"B", [&] { OfferShippedStandards(offers), offers.Ask(kFiles); }},
+      {"A", [&] { OfferStandards(offers), offers.Ask(kFiles); }},
+      {"B", [&] { OfferStandards(offers), offers.Ask(kFiles); }},
       {"FOLDER", [&] { offers.Ask(kFolders); }},
       {"NAME", [&] { VyrTrace::ForEach([&](VyrTrace& trace) { offers.Add(trace.GetName()); }); }},
       {"N", [] {}},
@@ -243,12 +251,13 @@ void Offer(const Line& line, const std::vector<Command>& commands, Offers& offer
 
 Action Complete::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  command.AddWords("WORD", options->words, "The line as the shell has it, up to the word to offer");
-  command.AddExamples({"holstd complete -- holstd get ISO.xml Dimension.DIML"});
+  command.AddWord("LINE", options->line,
+                  "The line as it is written in the shell, up to where it is to go on");
+  command.AddExamples({"holstd complete 'holstd get ISO.xml Dimension.DIML'"});
   command.Hide();
   return [options, describe = command.WholeTool()](Session& session) {
     const std::vector<Command> commands = describe();
-    const Line line = ReadLine(commands, options->words);
+    const Line line = ReadLine(commands, WordsOfShellLine(options->line));
     Offers offers(line.current);
     Offer(line, commands, offers);
     offers.Print(session);

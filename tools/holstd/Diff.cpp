@@ -27,21 +27,19 @@ struct Options {
 /// One of the two standards.
 struct Side {
   std::string argument;  ///< as the user wrote it
+  StandardFile source;
   Standard standard;
   StandardItems items;
 
   explicit Side(const std::string& written)
       : argument(written),
-        standard(ReadStandard(FileOrStandard(written))),
+        source(FileOrStandard(written)),
+        standard(ReadStandard(source.file)),
         items(standard.document) {}
 
-  std::string PathOf(const StandardPlace& place) const {
-    return place.value ? items.PathOfValue(place.item, *place.value) : items.PathOf(place.item);
-  }
-  /// The value of a place, or the only one of a parameter's node; null for other nodes.
-  const Value* ValueAt(const StandardPlace& place) const {
-    const VyrAnnStandardXMLNode& node = *items[place.item].node;
-    return place.value ? node.GetValues()[*place.value].Get() : WrappedValue(node);
+  /// With the file that a name has led to.
+  std::string Title() const {
+    return Printable(argument) + (source.isNamed ? " (" + Printable(source.file) + ")" : "");
   }
   /// From 1, where it stands among its parent's nodes or values.
   std::size_t Position(const StandardPlace& place) const {
@@ -86,7 +84,7 @@ class Printer {
       : session_(session), before_(before), after_(after), differences_(differences) {}
 
   void PrintText() {
-    std::string summary = Printable(before_.argument) + " -> " + Printable(after_.argument) + ": ";
+    std::string summary = before_.Title() + " -> " + after_.Title() + ": ";
     for (const Kind kind : kKinds) {
       if (kind != kKinds.front()) summary += ", ";
       summary += std::to_string(Count(kind)) + " " + NameOf(kind).word;
@@ -100,6 +98,7 @@ class Printer {
     for (const Kind kind : kKinds) summary[NameOf(kind).word] = Count(kind);
     session_.Print("{\n  \"before\": " + JsonLine(before_.argument) +
                    ",\n  \"after\": " + JsonLine(after_.argument) +
+                   FileMember("beforeFile", before_) + FileMember("afterFile", after_) +
                    ",\n  \"summary\": " + JsonLine(summary) + ",\n  \"differences\": [");
     bool isFirst = true;
     for (const Difference& difference : differences_) {
@@ -110,6 +109,12 @@ class Printer {
   }
 
  private:
+  /// The file that a name has led to, as a member of the report.
+  static std::string FileMember(const std::string& name, const Side& side) {
+    if (!side.source.isNamed) return {};
+    return ",\n  \"" + name + "\": " + JsonLine(side.source.file);
+  }
+
   long Count(Kind kind) const {
     return std::count_if(differences_.begin(), differences_.end(),
                          [=](const Difference& difference) { return difference.kind == kind; });
@@ -126,7 +131,7 @@ class Printer {
   std::string LineOf(const Difference& difference) const {
     const Side& side = Teller(difference);
     const StandardPlace& place = PlaceOf(difference);
-    std::string path = Printable(side.PathOf(place));
+    std::string path = Printable(side.items.PathOf(place));
     const std::string_view entry = side.items.EntryOf(place.item);
     if (!entry.empty()) path += " (" + Printable(entry) + ")";
     const std::string line = std::string("  ") + NameOf(difference.kind).sign + " " + path;
@@ -145,15 +150,28 @@ class Printer {
   }
 
   static std::string Content(const Side& side, const StandardPlace& place) {
-    if (const Value* value = side.ValueAt(place)) return ValueText(*value);
+    if (const Value* value = side.items.ValueAt(place)) return ValueText(*value);
     const StandardItems::Item& item = side.items[place.item];
     return std::string(KindWord(item.node->GetNodeType())) + ", " +
            Counted(item.values, "parameter");
   }
 
+  /// True when what differs is, or is also, the name of the value. That of a literal is its type.
+  bool IsRelabelled(const Difference& difference) const {
+    const Value& a = *before_.items.ValueAt(difference.before);
+    const Value& b = *after_.items.ValueAt(difference.after);
+    const auto nodeType = before_.items[difference.before.item].node->GetNodeType();
+    return nodeType != VyrAnnStandardXMLNode::NodeEnum && a.GetType() != Value::ValueEnum &&
+           b.GetType() != Value::ValueEnum && OwnName(a) != OwnName(b);
+  }
+
   std::string Change(const Difference& difference) const {
-    const Value& a = *before_.ValueAt(difference.before);
-    const Value& b = *after_.ValueAt(difference.after);
+    const Value& a = *before_.items.ValueAt(difference.before);
+    const Value& b = *after_.items.ValueAt(difference.after);
+    if (IsRelabelled(difference)) {
+      return NamedText(*before_.items[difference.before.item].node, a) + " -> " +
+             NamedText(*after_.items[difference.after.item].node, b);
+    }
     return IsSameType(a, b) ? BareText(a) + " -> " + BareText(b)
                             : ValueText(a) + " -> " + ValueText(b);
   }
@@ -161,7 +179,8 @@ class Printer {
   void PrintJson(const Difference& difference) {
     const Side& side = Teller(difference);
     const StandardPlace& place = PlaceOf(difference);
-    Json object = {{"difference", NameOf(difference.kind).word}, {"path", side.PathOf(place)}};
+    Json object = {{"difference", NameOf(difference.kind).word},
+                   {"path", side.items.PathOf(place)}};
     AddEntry(object, "entry", side, place);
     if (!difference.before.IsNone() && !difference.after.IsNone()) {
       AddNewNames(object, difference);
@@ -171,7 +190,7 @@ class Printer {
     const VyrAnnStandardXMLNode& node = *side.items[place.item].node;
     object["kind"] = place.value ? "value" : KindWord(node.GetNodeType());
     object["parameters"] = place.value ? 1 : side.items[place.item].values;
-    if (const Value* value = side.ValueAt(place)) {
+    if (const Value* value = side.items.ValueAt(place)) {
       AddValueTo(object, *value);
       return session_.Print(JsonLine(object));
     }
@@ -186,7 +205,7 @@ class Printer {
 
   /// Where the other standard calls it differently.
   void AddNewNames(Json& object, const Difference& difference) const {
-    const std::string path = after_.PathOf(difference.after);
+    const std::string path = after_.items.PathOf(difference.after);
     if (object["path"] != path) object["newPath"] = path;
     const std::string_view entry = after_.items.EntryOf(difference.after.item);
     if (object.value("entry", "") != entry) object["newEntry"] = entry;
@@ -198,8 +217,12 @@ class Printer {
       object["newPlace"] = after_.Position(difference.after);
       return;
     }
-    AddValueTo(object["old"], *before_.ValueAt(difference.before));
-    AddValueTo(object["new"], *after_.ValueAt(difference.after));
+    if (IsRelabelled(difference)) {
+      object["old"]["name"] = OwnName(*before_.items.ValueAt(difference.before));
+      object["new"]["name"] = OwnName(*after_.items.ValueAt(difference.after));
+    }
+    AddValueTo(object["old"], *before_.items.ValueAt(difference.before));
+    AddValueTo(object["new"], *after_.items.ValueAt(difference.after));
   }
 
   /// Written as it is walked: a branch may be as large as a standard.
@@ -226,6 +249,12 @@ ExitStatus PrintDifferences(const Options& options, Session& session) {
   }
   const Side before(options.before);
   const Side after(options.after);
+  for (const Side* side : {&before, &after}) {
+    if (!side->source.hidesOther) continue;
+    session.Warn(side->argument, "is " + side->source.file +
+                                     ", which hides the shipped standard of that name; its file "
+                                     "would mean that one");
+  }
   const std::vector<Difference> differences = FindDifferences(before.items, after.items);
   Printer printer(session, before, after, differences);
   options.json ? printer.PrintJson() : printer.PrintText();

@@ -9,6 +9,7 @@
 #include "InPlace.h"
 #include "InputFile.h"
 #include "Objections.h"
+#include "PathSearch.h"
 #include "Reports.h"
 #include "Signals.h"
 #include "Standard.h"

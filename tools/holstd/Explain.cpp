@@ -41,16 +41,6 @@ struct Sources {
   const Node& NodeAt(const StandardPlace& place) const { return *items[place.item].node; }
 };
 
-const Value* ValueAt(const StandardItems& items, const StandardPlace& place) {
-  const Node& node = *items[place.item].node;
-  return place.value ? node.GetValues()[*place.value].Get() : WrappedValue(node);
-}
-
-std::string PathOf(const Sources& from, const StandardPlace& place) {
-  return place.value ? from.items.PathOfValue(place.item, *place.value)
-                     : from.items.PathOf(place.item);
-}
-
 /// The definition of the enumeration that a value takes its literal from; null without one.
 const Node* EnumerationOf(const Sources& from, const Value* value) {
   if (value == nullptr || value->GetType() != Value::ValueEnum) return nullptr;
@@ -77,8 +67,8 @@ bool Differs(const Sources& from, const StandardPlace& place, const StandardPlac
   if (!place.value) {
     return !FindDifferences(from.shipped.Items(), other.item, from.items, place.item).empty();
   }
-  const Value& a = *ValueAt(from.items, place);
-  const Value& b = *ValueAt(from.shipped.Items(), other);
+  const Value& a = *from.items.ValueAt(place);
+  const Value& b = *from.shipped.Items().ValueAt(other);
   // A literal is its text, whatever name it carries.
   return from.NodeAt(place).GetNodeType() == Node::NodeEnum ? !(a.GetValue() == b.GetValue())
                                                             : !IsSameValue(a, b);
@@ -96,22 +86,15 @@ std::string WhyNoDefault(const Sources& from) {
                                      : from.shipped.Name() + " has nothing there";
 }
 
-/// A value that a node holds directly, with the name that it has there.
-std::string NamedText(const Node& node, const Value& value) {
-  const std::string_view name =
-      node.GetNodeType() == Node::NodeEnum ? std::string_view() : OwnName(value);
-  return (name.empty() ? "" : Printable(name) + " ") + ValueText(value);
-}
-
 class TextAnswer {
  public:
   explicit TextAnswer(const Sources& from) : from_(from) {}
 
   std::string Text(const StandardPlace& place) {
-    text_ = Printable(PathOf(from_, place));
+    text_ = Printable(from_.items.PathOf(place));
     const std::string_view entry = from_.items.EntryOf(place.item);
     text_ += (entry.empty() ? "" : " (" + Printable(entry) + ")") + "\n";
-    const Value* value = ValueAt(from_.items, place);
+    const Value* value = from_.items.ValueAt(place);
     if (value != nullptr) {
       AddValueLines(*value);
     } else {
@@ -161,7 +144,7 @@ class TextAnswer {
   void AddDefault(const StandardPlace& place) {
     const auto found = DefaultOf(from_, place);
     if (!found) return Add("default", "none; " + WhyNoDefault(from_));
-    const Value* value = ValueAt(from_.shipped.Items(), found->place);
+    const Value* value = from_.shipped.Items().ValueAt(found->place);
     const std::string in = "in " + from_.shipped.Name();
     Add("default", (value == nullptr ? in : ValueText(*value) + " " + in) +
                        (found->differs ? "; this one differs" : "; the same"));
@@ -179,7 +162,7 @@ Json ValueJson(const Node& node, const Value& value) {
 }
 
 void AddContentTo(Json& object, const Sources& from, const StandardPlace& place) {
-  const Value* value = ValueAt(from.items, place);
+  const Value* value = from.items.ValueAt(place);
   const Node& node = from.NodeAt(place);
   object["kind"] = place.value ? "value" : KindWord(node.GetNodeType());
   if (value == nullptr) {
@@ -196,7 +179,7 @@ void AddContentTo(Json& object, const Sources& from, const StandardPlace& place)
 }
 
 Json AsJson(const Sources& from, const StandardPlace& place) {
-  Json object = {{"file", from.options.file}, {"path", PathOf(from, place)}};
+  Json object = {{"file", from.options.file}, {"path", from.items.PathOf(place)}};
   const std::string_view entry = from.items.EntryOf(place.item);
   if (!entry.empty()) object["entry"] = entry;
   AddContentTo(object, from, place);
@@ -209,7 +192,7 @@ Json AsJson(const Sources& from, const StandardPlace& place) {
     return object;
   }
   Json& shipped = object["default"] = {{"standard", from.shipped.Name()}};
-  if (const Value* value = ValueAt(from.shipped.Items(), found->place)) AddValueTo(shipped, *value);
+  if (const Value* value = from.shipped.Items().ValueAt(found->place)) AddValueTo(shipped, *value);
   shipped["differs"] = found->differs;
   return object;
 }

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cstdio>
 
+#include "ValueMeaning.h"
+
 namespace {
 
 using Node = VyrAnnStandardXMLNode;
@@ -115,6 +117,12 @@ std::string ValueText(const Value& value) {
   text += IsTextual(value.GetType()) ? " \"" + content + "\"" : " " + content;
   if (value.GetRangeVal() == 1) text += ", at least " + Printable(value.GetValueName().View());
   return text;
+}
+
+std::string NamedText(const Node& node, const Value& value) {
+  const std::string_view name =
+      node.GetNodeType() == Node::NodeEnum ? std::string_view() : OwnName(value);
+  return (name.empty() ? "" : Printable(name) + " ") + ValueText(value);
 }
 
 void AddValueTo(Json& object, const Value& value) {

@@ -36,6 +36,9 @@ const VyrAnnStandardXMLValue* WrappedValue(const VyrAnnStandardXMLNode& node);
 /// Type, text and qualifier of a value, as a line of a tree has them.
 std::string ValueText(const VyrAnnStandardXMLValue& value);
 
+/// The same of a value that a node holds directly, with the name that it has there.
+std::string NamedText(const VyrAnnStandardXMLNode& node, const VyrAnnStandardXMLValue& value);
+
 /// A value as the members "type", for a literal "enumeration", "value" and, for a bounded float,
 /// "minimum".
 void AddValueTo(Json& object, const VyrAnnStandardXMLValue& value);

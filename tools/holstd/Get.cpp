@@ -9,6 +9,7 @@
 #include "Nearest.h"
 #include "OpenStandard.h"
 #include "PathMatches.h"
+#include "PathSearch.h"
 #include "Reports.h"
 #include "Subcommands.h"
 #include "ToldValues.h"
@@ -39,9 +40,16 @@ Failure Negative(const Query& query, const std::string& text) {
 /// Says which name of a path that finds nothing is the first that leads nowhere.
 std::string NotFound(const Query& query) {
   const std::string& path = query.options.path;
-  if (path.starts_with("Root.")) {
+  const bool hasTree = path.starts_with("Root.") && !path.starts_with("Root..");
+  const std::string inner = hasTree ? path.substr(5) : path;
+  if (const std::string plain = WithoutPlaces(inner); plain != inner) {
+    return "there is no " + Quoted(path) +
+           "; queries take no places in brackets, see 'holstd get " + query.options.file + " " +
+           plain + " --all'";
+  }
+  if (hasTree) {
     return "there is no " + Quoted(path) + "; a path to get begins below Root, as in " +
-           Quoted(path.substr(5));
+           Quoted(inner);
   }
   if (path.find('\'') != std::string::npos) {
     return "there is no " + Quoted(path) + "; no query finds a name with an apostrophe";
@@ -55,9 +63,7 @@ std::string NotFound(const Query& query) {
         for (const std::string& other : query.matches.NamesBelow(found)) nearest.Consider(other);
       });
   if (!correction.isNeeded) return "there is no " + Quoted(path);
-  return "there is no " + Quoted(correction.name) + " " +
-         (correction.below.empty() ? "in the standard" : "below " + Quoted(correction.below)) +
-         "; " + correction.Said("'holstd tree' shows what there is");
+  return correction.Message("below", "'holstd tree' shows what there is");
 }
 
 /// Says why an element that the path finds has nothing to tell.
@@ -214,7 +220,7 @@ Action Get::Register(Arguments& command) {
       .Required();
   Argument index =
       command.AddOption("--index", options->index, "N", "Print the N-th value instead of the first")
-          .Within(1, std::numeric_limits<long>::max(), "N, from 1");
+          .Within(1, std::numeric_limits<long>::max());
   Argument all = command.AddFlag("--all", options->all, "Print all values, one a line");
   const Argument type =
       command.AddFlag("--type", options->type, "Print the type of the values and their number");

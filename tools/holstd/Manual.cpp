@@ -1,7 +1,10 @@
 #include <algorithm>
+#include <array>
 #include <memory>
+#include <utility>
 
 #include "CommandDescriptions.h"
+#include "Format.h"
 #include "Subcommands.h"
 #include "VyrFiles.h"
 
@@ -35,6 +38,11 @@ std::string Italic(const std::string& text) {
   return "\\fI" + Escaped(text) + "\\fR";
 }
 
+/// What a value or a word is called, less the choice that the help adds.
+std::string Called(const ArgumentDescription& argument) {
+  return Italic(argument.value.substr(0, argument.value.find(':')));
+}
+
 /// "-o, --output FILE", or the name of a word.
 std::string Heading(const ArgumentDescription& argument) {
   std::string heading;
@@ -42,29 +50,61 @@ std::string Heading(const ArgumentDescription& argument) {
     heading += (heading.empty() ? "" : ", ") + Bold(name);
   }
   if (argument.value.empty()) return heading;
-  return heading + (heading.empty() ? "" : " ") + Italic(argument.value);
+  return heading + (heading.empty() ? "" : " ") + Called(argument);
 }
 
 std::string Synopsis(const CommandDescription& command) {
   std::string line;
   for (const ArgumentDescription& word : command.words) {
-    const std::string text = Italic(word.value) + (word.isRepeated ? "..." : "");
+    const std::string text = Called(word) + (word.isRepeated ? "..." : "");
     line += " " + (word.isRequired ? text : "[" + text + "]");
   }
+  for (const ArgumentDescription& option : command.options) {
+    if (option.isRequired) line += " " + Bold(option.names.front()) + " " + Called(option);
+  }
   return line + " [" + Italic("OPTION") + "...]";
+}
+
+/// What else has to be given or left out, a sentence each.
+std::string Conditions(const ArgumentDescription& argument) {
+  std::string text;
+  if (argument.isRequired && !argument.names.empty()) text += "It is always needed.\n";
+  if (!argument.needs.empty()) text += "Only together with " + Joined(argument.needs) + ".\n";
+  if (!argument.excludes.empty()) text += "Not together with " + Joined(argument.excludes) + ".\n";
+  return Escaped(text);
 }
 
 void AddList(std::string& page, const char* title, const std::vector<ArgumentDescription>& list) {
   if (list.empty()) return;
   page += std::string(".SH ") + title + "\n";
   for (const ArgumentDescription& argument : list) {
-    page += ".TP\n" + Heading(argument) + "\n" + Escaped(argument.text) + ".\n";
+    page +=
+        ".TP\n" + Heading(argument) + "\n" + Escaped(argument.text) + ".\n" + Conditions(argument);
   }
 }
 
 /// The notes of the help: paragraphs that are laid out as they are.
 void AddNotes(std::string& page, const std::string& notes) {
   page += ".SH NOTES\n.nf\n" + Escaped(notes) + (notes.ends_with('\n') ? "" : "\n") + ".fi\n";
+}
+
+/// What the tool and its library heed of the environment.
+constexpr std::array<std::pair<const char*, const char*>, 4> kEnvironment = {{
+    {"VYR_STANDARD_PATH",
+     "Folders with standards, separated by ':', which are searched before that of the shipped "
+     "standards. Of two standards of one name the first found counts."},
+    {"NO_COLOR",
+     "When it is set and not empty, there are no colours unless --color asks for them."},
+    {"TERM", "On a terminal that it calls 'dumb' there are neither colours nor a progress bar."},
+    {"TMPDIR",
+     "The folder for a copy of what can be read once only, such as standard input; /tmp without."},
+}};
+
+void AddEnvironment(std::string& page) {
+  page += ".SH ENVIRONMENT\n";
+  for (const auto& [name, text] : kEnvironment) {
+    page += std::string(".TP\n") + Bold(name) + "\n" + Escaped(text) + "\n";
+  }
 }
 
 void AddSeeAlso(std::string& page, const std::vector<CommandDescription>& commands,
@@ -97,6 +137,7 @@ std::string PageOfTool(const std::vector<CommandDescription>& commands) {
     page += ".TP\n" + Bold(commands[i].name) + "\n" + Escaped(commands[i].summary) + ".\n";
   }
   AddList(page, "OPTIONS OF ALL COMMANDS", tool.options);
+  AddEnvironment(page);
   AddNotes(page, tool.notes);
   AddSeeAlso(page, commands, tool);
   return page;

@@ -40,6 +40,14 @@ std::size_t Distance(std::string_view a, std::string_view b) {
   return row[b.size()];
 }
 
+/// Dots that do not stand between two names.
+std::string ObjectionToDots(std::string_view path) {
+  if (path.empty()) return "the path is empty";
+  if (path.find("..") != path.npos) return "two dots follow each other";
+  if (path.starts_with('.')) return "the path begins with a dot";
+  return path.ends_with('.') ? "the path ends with a dot" : "";
+}
+
 }  // namespace
 
 NearestName::NearestName(std::string_view written)
@@ -68,29 +76,38 @@ std::vector<std::string> NearestName::GetFew() const {
   return names;
 }
 
-std::string PathCorrection::Said(const std::string& otherwise) const {
-  if (nearest.empty()) return otherwise;
-  std::string text = "the nearest name is " + Quoted(nearest);
-  if (!path.empty() && path != nearest) text += "; did you mean " + Quoted(path) + "?";
-  return text;
+std::string PathCorrection::Message(const std::string& relation,
+                                    const std::string& otherwise) const {
+  const std::string meant = path.empty() ? "" : "did you mean " + Quoted(path) + "?";
+  if (!dots.empty()) return dots + "; " + (meant.empty() ? "one joins two names" : meant);
+  const std::string text =
+      "there is no " + Quoted(name) + " " +
+      (below.empty() ? std::string("in the standard") : relation + " " + Quoted(below)) + "; ";
+  if (!meant.empty()) return text + meant;
+  return text + (nearest.empty() ? otherwise : "the nearest name is " + Quoted(nearest));
 }
 
 PathCorrection CorrectPath(
     std::string_view path, const std::function<bool(const std::string& path)>& isThere,
     const std::function<void(const std::string& path, NearestName& nearest)>& considerBelow) {
   PathCorrection correction;
+  correction.dots = ObjectionToDots(path);
+  correction.isNeeded = !correction.dots.empty();
+  bool isFirst = true;
   for (std::size_t begin = 0; begin < path.size();) {
     const std::size_t end = std::min(path.find('.', begin), path.size());
     const std::string_view name = path.substr(begin, end - begin);
-    const std::string dotted = correction.path.empty() ? "" : correction.path + ".";
     begin = end + 1;
+    if (name.empty()) continue;
+    const std::string dotted = correction.path.empty() ? "" : correction.path + ".";
     if (isThere(dotted + std::string(name))) {
       correction.path = dotted + std::string(name);
       continue;
     }
     NearestName nearest(name);
     considerBelow(correction.path, nearest);
-    if (!std::exchange(correction.isNeeded, true)) {
+    correction.isNeeded = true;
+    if (std::exchange(isFirst, false)) {
       correction.below = correction.path;
       correction.name = name;
       correction.nearest = nearest.Get();

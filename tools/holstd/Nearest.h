@@ -28,14 +28,16 @@ class NearestName {
 
 /// What somebody may have meant who wrote a path that leads nowhere.
 struct PathCorrection {
-  bool isNeeded = false;  ///< some name leads nowhere
+  bool isNeeded = false;  ///< some name leads nowhere, or is empty
+  std::string dots;       ///< what is wrong with the dots; empty when they stand between names
   std::string below;      ///< the beginning of the path that is there
   std::string name;       ///< the name after it, which is not
   std::string nearest;    ///< the nearest name there; empty when none is near
   std::string path;       ///< a whole path of names that are there; empty when there is none near
 
-  /// What would be right, as the end of a message; `otherwise` when nothing is near.
-  std::string Said(const std::string& otherwise) const;
+  /// What is wrong and what would be right, as a message. `relation` is how a name stands to those
+  /// before it, "in" or "below"; `otherwise` ends the message when nothing is near.
+  std::string Message(const std::string& relation, const std::string& otherwise) const;
 };
 
 /// Goes through the names of a path and takes the nearest one wherever a name leads nowhere.

@@ -8,7 +8,7 @@
 
 #include "Format.h"
 #include "Nearest.h"
-#include "Standard.h"
+#include "PathSearch.h"
 
 namespace {
 

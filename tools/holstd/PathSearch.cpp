@@ -1,5 +1,6 @@
 #include "PathSearch.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -16,10 +17,12 @@ using Node = VyrAnnStandardXMLNode;
 struct Segment {
   std::string_view text;
   std::string_view name;      ///< the text without a place
-  std::uint32_t ordinal = 0;  ///< the place; 0: none is given
+  std::uint32_t ordinal = 0;  ///< the place, if there is one
 
-  bool Means(std::string_view other, std::uint32_t place) const {
-    return other == text || (ordinal != 0 && other == name && place == ordinal);
+  bool HasPlace() const { return name.size() != text.size(); }
+  bool Means(std::string_view other, std::uint32_t place, bool isFirstMeant) const {
+    if (HasPlace() && other == name && place == ordinal) return true;
+    return other == text && (!isFirstMeant || place <= 1);
   }
 };
 
@@ -44,10 +47,20 @@ std::vector<Segment> SegmentsOf(std::string_view path) {
   return segments;
 }
 
+/// What the names of a path may skip and leave open.
+enum class Rule {
+  AnyDepth,   ///< each stands at any depth below the one before it
+  EachLevel,  ///< each stands directly below
+  FirstOnly   ///< the same, and of several of its name it is the first
+};
+
 class Search {
  public:
-  Search(const Items& items, std::vector<Segment> segments, bool isStrict)
-      : items_(items), segments_(std::move(segments)), isStrict_(isStrict) {}
+  Search(const Items& items, std::vector<Segment> segments, Rule rule)
+      : items_(items),
+        segments_(std::move(segments)),
+        isStrict_(rule != Rule::AnyDepth),
+        isFirstMeant_(rule == Rule::FirstOnly) {}
 
   std::vector<StandardPlace> TakePlaces() { return std::move(places_); }
 
@@ -76,7 +89,7 @@ class Search {
   void PushChild(const Work& parent, Index child, std::vector<Work>& work) const {
     const Items::Item& item = items_[child];
     const bool isNext =
-        segments_[parent.found].Means(item.node->GetNodeName().View(), item.ordinal);
+        segments_[parent.found].Means(item.node->GetNodeName().View(), item.ordinal, isFirstMeant_);
     const bool isLast = parent.found + 1 == segments_.size();
     if (isStrict_) {
       if (isNext) work.push_back({child, parent.found + 1, isLast});
@@ -95,19 +108,27 @@ class Search {
     for (std::uint32_t i = 0; i < node.GetValues().size(); ++i) {
       const std::string_view key = KeyOfValue(node, *node.GetValues()[i]);
       if (key == wanted.name) ++ordinal;
-      const bool isCounted = !key.empty() || wanted.ordinal != 0;
-      if (isCounted && wanted.Means(key, ordinal)) places_.push_back({at.item, i});
+      const bool isCounted = !key.empty() || wanted.HasPlace();
+      if (isCounted && wanted.Means(key, ordinal, isFirstMeant_)) places_.push_back({at.item, i});
     }
   }
 
   const Items& items_;
   std::vector<Segment> segments_;
   bool isStrict_;
+  bool isFirstMeant_;
   std::vector<StandardPlace> places_;
 };
 
-bool IsTree(std::string_view name) {
-  return name == "Root" || name == "Enum" || name == "TypeDef";
+/// Of a path that begins with the name of a tree.
+std::vector<StandardPlace> FindBelowTree(const Items& items, std::string_view path, Rule rule) {
+  std::vector<Segment> segments = SegmentsOf(path);
+  Index top = 0;
+  while (Items::kTopNames[top] != segments.front().text) ++top;
+  if (segments.size() == 1) return {{top, {}}};
+  Search search(items, std::move(segments), rule);
+  search.SearchBelow(top, 1);
+  return search.TakePlaces();
 }
 
 /// Offers the names that may follow in a path that has led to `places`.
@@ -147,44 +168,142 @@ class Followers {
   std::vector<bool> seen_;
 };
 
+/// Number of the values of a node that have no name.
+std::uint32_t CountUnnamed(const Node& node) {
+  const auto isUnnamed = [&](const auto& value) { return KeyOfValue(node, *value).empty(); };
+  return static_cast<std::uint32_t>(
+      std::count_if(node.GetValues().begin(), node.GetValues().end(), isUnnamed));
+}
+
+/// How many of a name there are in one node: in `holder`, or at most in any that `below` finds.
+std::uint32_t MostOf(const Items& items, std::string_view name, const std::string& below,
+                     const std::optional<StandardPlace>& holder) {
+  std::uint32_t most = 0;
+  const std::string path = name.empty() || below.empty() ? below : below + ".";
+  for (const StandardPlace& place : FindPlaces(items, path + std::string(name))) {
+    const bool isHolder = name.empty();
+    const Index parent = place.value || isHolder ? place.item : items[place.item].parent;
+    if (holder && parent != holder->item) continue;
+    most = std::max(most, isHolder      ? CountUnnamed(*items[place.item].node)
+                          : place.value ? items.OrdinalOfValue(place.item, *place.value)
+                                        : items[place.item].ordinal);
+  }
+  return most;
+}
+
+/// What to say of a name whose place in brackets is beyond the last one; empty when there is no
+/// place, or nothing of that name.
+std::string HowMany(const Items& items, const PathCorrection& correction,
+                    const std::optional<StandardPlace>& holder) {
+  const Segment wanted = SegmentOf(correction.name);
+  if (!wanted.HasPlace()) return {};
+  const std::uint32_t most = MostOf(items, wanted.name, correction.below, holder);
+  if (most == 0) return {};
+  return "of " + (wanted.name.empty() ? "values without a name" : Quoted(wanted.name)) + " there " +
+         (most == 1 ? "is " : "are ") + std::to_string(most);
+}
+
+std::string ContentOf(const Items& items, const std::optional<StandardPlace>& holder) {
+  if (!holder || holder->value) return "that is a value, which holds nothing";
+  const Node& node = *items[holder->item].node;
+  return "it holds " + Counted(node.GetNumOfNode(), "node") + " and " +
+         Counted(node.GetNumOfValue(), "value") + ", none of that name";
+}
+
+/// Offers the names that may follow `places`.
+void ConsiderBelow(const Items& items, const std::vector<StandardPlace>& places, bool areChildren,
+                   NearestName& nearest) {
+  Followers followers(items, areChildren, nearest);
+  for (const StandardPlace& place : places) {
+    if (!place.value) followers.Consider(place.item);
+  }
+}
+
 }  // namespace
+
+bool IsCommandPath(std::string_view path) {
+  const std::string_view first = path.substr(0, path.find('.'));
+  return std::find(Items::kTopNames.begin(), Items::kTopNames.end(), first) !=
+         Items::kTopNames.end();
+}
+
+std::string WithoutPlaces(std::string_view path) {
+  std::string plain;
+  bool hasPlaces = false;
+  for (const Segment& segment : SegmentsOf(path)) {
+    plain.append(plain.empty() ? "" : ".").append(segment.name);
+    hasPlaces = hasPlaces || segment.HasPlace();
+  }
+  return hasPlaces ? plain : std::string(path);
+}
 
 std::vector<StandardPlace> FindPlaces(const Items& items, std::string_view path) {
   std::vector<Segment> segments = SegmentsOf(path);
   if (segments.empty()) return {};
-  for (Index top = 0; top < Items::kTops; ++top) {
-    if (items[top].node->GetNodeName().View() != segments.front().text) continue;
-    if (segments.size() == 1) return {{top, {}}};
-    Search search(items, std::move(segments), true);
-    search.SearchBelow(top, 1);
-    return search.TakePlaces();
-  }
+  if (IsCommandPath(path)) return FindBelowTree(items, path, Rule::EachLevel);
   // Queries take the thickness table alone as a child of the root: styles have fields of that name.
   const bool isOfRoot = path == "LineThickness";
-  Search search(items, std::move(segments), isOfRoot);
+  Search search(items, std::move(segments), isOfRoot ? Rule::EachLevel : Rule::AnyDepth);
   for (Index top = isOfRoot ? Items::kRoot : Items::kEnum; top < Items::kTops; ++top) {
     search.SearchBelow(top, 0);
   }
   return search.TakePlaces();
 }
 
+std::optional<StandardPlace> FindPlace(const Items& items, std::string_view path) {
+  if (!IsCommandPath(path)) return std::nullopt;
+  const std::vector<StandardPlace> places = FindBelowTree(items, path, Rule::FirstOnly);
+  if (places.empty()) return std::nullopt;
+  // A node comes before a value of its name.
+  const auto node = std::find_if(places.begin(), places.end(),
+                                 [](const StandardPlace& place) { return !place.value; });
+  return node == places.end() ? places.front() : *node;
+}
+
 std::string MissingPlace(const Items& items, const std::string& path) {
-  const bool isStrict = IsTree(std::string_view(path).substr(0, path.find('.')));
+  const bool isStrict = IsCommandPath(path);
   const auto isThere = [&](const std::string& longer) {
     return !FindPlaces(items, longer).empty();
   };
-  const PathCorrection correction =
+  PathCorrection correction =
       CorrectPath(path, isThere, [&](const std::string& found, NearestName& nearest) {
-        Followers followers(items, isStrict, nearest);
-        for (Index top = 0; found.empty() && top < Items::kTops; ++top) followers.Consider(top);
-        for (const StandardPlace& place : FindPlaces(items, found)) {
-          if (!place.value) followers.Consider(place.item);
-        }
+        const std::vector<StandardPlace> trees = {
+            {Items::kEnum, {}}, {Items::kTypeDef, {}}, {Items::kRoot, {}}};
+        ConsiderBelow(items, found.empty() ? trees : FindPlaces(items, found), isStrict, nearest);
       });
   if (!correction.isNeeded) return "there is no " + Quoted(path);
-  const std::string place = correction.below.empty()
-                                ? "in the standard"
-                                : (isStrict ? "in " : "below ") + Quoted(correction.below);
-  return "there is no " + Quoted(correction.name) + " " + place + "; " +
-         correction.Said("'holstd tree' shows what there is");
+  const std::string howMany = HowMany(items, correction, {});
+  if (!howMany.empty()) correction.path = correction.nearest = {};
+  return correction.Message(isStrict ? "in" : "below",
+                            howMany.empty() ? "'holstd tree' shows what there is" : howMany);
+}
+
+std::string MissingBranch(const Items& items, const std::string& path) {
+  if (!IsCommandPath(path)) {
+    return Quoted(path.substr(0, path.find('.'))) +
+           " is no tree of a standard; a path begins with Root, Enum or TypeDef";
+  }
+  const auto isThere = [&](const std::string& longer) {
+    return FindPlace(items, longer).has_value();
+  };
+  PathCorrection correction =
+      CorrectPath(path, isThere, [&](const std::string& found, NearestName& nearest) {
+        if (const auto holder = FindPlace(items, found)) {
+          ConsiderBelow(items, {*holder}, true, nearest);
+        }
+      });
+  if (!correction.isNeeded) return Quoted(path) + " has nothing of the kind";
+  const auto holder = FindPlace(items, correction.below);
+  const std::string howMany = HowMany(items, correction, holder);
+  if (!howMany.empty()) correction.path = correction.nearest = {};
+  return correction.Message("in", howMany.empty() ? ContentOf(items, holder) : howMany);
+}
+
+std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path) {
+  for (const Segment& segment : SegmentsOf(path)) {
+    if (!segment.HasPlace()) continue;
+    return Quoted(segment.text) + " has a place in brackets, which commands do not take; a path " +
+           "means the first " + Quoted(segment.name) + " there";
+  }
+  return MissingBranch(StandardItems(document), std::string(path));
 }

@@ -7,7 +7,7 @@
 #include <span>
 
 #include "Format.h"
-#include "NodeLines.h"
+#include "PathSearch.h"
 
 namespace {
 
@@ -189,17 +189,23 @@ class StyleCheck {
 
 /// Problems of every child of a node, each under the name that `title` gives the child.
 template <class Title, class Check>
-std::vector<FileProblem> ProblemsOfChildren(const Node& parent, const NodeLines& lines,
-                                            const std::vector<std::string_view>& path, Title title,
-                                            Check check) {
+std::vector<FileProblem> ProblemsOfChildren(const StandardItems& items, const ItemLines& lines,
+                                            StandardItems::Index parent, Title title, Check check) {
   std::vector<FileProblem> problems;
-  for (std::size_t i = 0; i < parent.GetNodes().size(); ++i) {
-    const Node& child = *parent.GetNodes()[i];
+  for (StandardItems::Index i = 0; i < items.ChildCount(parent); ++i) {
+    const StandardPlace place = {items[parent].firstChild + i, {}};
+    const Node& child = *items[place.item].node;
     for (const std::string& text : check(child)) {
-      problems.push_back({lines.LineOfChild(path, i), title(child, i) + " " + text});
+      problems.push_back({lines.LineOf(place), title(child, i) + " " + text});
     }
   }
   return problems;
+}
+
+/// The node that a path of commands leads to.
+std::optional<StandardPlace> FindNode(const StandardItems& items, const char* path) {
+  const auto place = FindPlace(items, path);
+  return place && !place->value ? place : std::nullopt;
 }
 
 std::string FormatTitle(const Node& format, std::size_t index) {
@@ -213,41 +219,40 @@ std::string StyleTitle(const Node& style, std::size_t) {
 
 }  // namespace
 
-std::vector<FileProblem> FormatProblems(Standard& standard, const InputFile& file) {
-  const VyrAnnStandardXMLNode_var formats(standard.document.GetNodeWithPath("Root.SheetFormat"));
+std::vector<FileProblem> FormatProblems(const StandardItems& items, const ItemLines& lines) {
+  const auto formats = FindNode(items, "Root.SheetFormat");
   if (!formats) {
     return {{0, "there is no node SheetFormat; it would hold the sheet formats"}};
   }
-  const NodeLines lines(file);
-  const std::vector<std::string_view> path = {"SheetFormat"};
-  if (formats->GetNodes().empty()) {
-    return {{lines.LineOf(path), "SheetFormat holds no sheet format; it would hold at least one"}};
+  const int line = lines.LineOf(*formats);
+  if (items.ChildCount(formats->item) == 0) {
+    return {{line, "SheetFormat holds no sheet format; it would hold at least one"}};
   }
-  auto problems = ProblemsOfChildren(*formats, lines, path, FormatTitle, ProblemsOfFormat);
+  auto problems = ProblemsOfChildren(items, lines, formats->item, FormatTitle, ProblemsOfFormat);
   if (problems.empty()) {
-    problems.push_back({lines.LineOf(path),
+    problems.push_back({line,
                         "the sheet formats cannot be read by the application; "
                         "each would be an instance of the type Formats"});
   }
   return problems;
 }
 
-std::vector<FileProblem> StyleProblems(Standard& standard, const InputFile& file) {
-  const VyrAnnStandardXMLNode_var styles(standard.document.GetNodeWithPath("Root.Styles.Sheet"));
+std::vector<FileProblem> StyleProblems(const StandardItems& items, const ItemLines& lines) {
+  const auto styles = FindNode(items, "Root.Styles.Sheet");
   if (!styles) {
     return {{0, "there is no node Sheet in Styles; it would hold the sheet styles"}};
   }
-  const VyrAnnStandardXMLNode_var formats(standard.document.GetNodeWithPath("Root.SheetFormat"));
-  const NodeLines lines(file);
-  const std::vector<std::string_view> path = {"Styles", "Sheet"};
-  if (styles->GetNodes().empty()) {
-    return {{lines.LineOf(path), "Styles.Sheet holds no sheet style; it would hold at least one"}};
+  const int line = lines.LineOf(*styles);
+  if (items.ChildCount(styles->item) == 0) {
+    return {{line, "Styles.Sheet holds no sheet style; it would hold at least one"}};
   }
-  auto problems = ProblemsOfChildren(*styles, lines, path, StyleTitle, [&](const Node& style) {
-    return StyleCheck(style, formats.Get()).Run();
-  });
+  const auto formats = FindNode(items, "Root.SheetFormat");
+  const Node* const known = formats ? items[formats->item].node : nullptr;
+  auto problems =
+      ProblemsOfChildren(items, lines, styles->item, StyleTitle,
+                         [&](const Node& style) { return StyleCheck(style, known).Run(); });
   if (problems.empty()) {
-    problems.push_back({lines.LineOf(path), "the sheet styles cannot be read by the application"});
+    problems.push_back({line, "the sheet styles cannot be read by the application"});
   }
   return problems;
 }

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "InputFile.h"
-#include "Standard.h"
+#include "ItemLines.h"
+#include "StandardItems.h"
 
 /// What is wrong in a file, and what would be right.
 struct FileProblem {
@@ -14,5 +14,5 @@ struct FileProblem {
 
 /// Why the sheet formats, or the sheet styles, of a standard cannot be used, each that is wrong by
 /// its name. For a standard whose formats or styles were refused: there is at least one problem.
-std::vector<FileProblem> FormatProblems(Standard& standard, const InputFile& file);
-std::vector<FileProblem> StyleProblems(Standard& standard, const InputFile& file);
+std::vector<FileProblem> FormatProblems(const StandardItems& items, const ItemLines& lines);
+std::vector<FileProblem> StyleProblems(const StandardItems& items, const ItemLines& lines);

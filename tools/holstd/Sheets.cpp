@@ -57,7 +57,10 @@ Records<Format> ReadFormats(OpenStandard& standard) {
       [&](Format** formats, int& count) {
         return VyrDftStandardServices::GetSheetFormats(told.Get(), formats, count);
       },
-      [&] { return FormatProblems(standard.Read(), standard.Input()); });
+      [&] {
+        const StandardItems items(standard.Read().document);
+        return FormatProblems(items, ItemLines(standard.Input(), items));
+      });
 }
 
 std::vector<FileProblem> ExplainStyles(OpenStandard& standard, const ReportRecorder& reports) {
@@ -67,7 +70,10 @@ std::vector<FileProblem> ExplainStyles(OpenStandard& standard, const ReportRecor
     return {{0, "the application reads no sheet styles of version " + std::to_string(version) +
                     "; 'holstd upgrade' gives the standard a current one"}};
   }
-  if (reports.undefinedEnums.empty()) return StyleProblems(standard.Read(), standard.Input());
+  if (reports.undefinedEnums.empty()) {
+    const StandardItems items(standard.Read().document);
+    return StyleProblems(items, ItemLines(standard.Input(), items));
+  }
   return {{0,
            "the sheet styles cannot be read, since the standard has undefined enumeration "
            "values; see 'holstd check'"}};

@@ -23,7 +23,7 @@ ShippedStandard::ShippedStandard(const std::string& parent) {
 }
 
 bool ShippedStandard::Read(const std::string& name, const std::string& parent) {
-  const std::optional<std::string> file = FindStandardFile(name);
+  const std::optional<std::string> file = FindShippedFile(name);
   if (!file) return false;
   try {
     auto standard = std::make_unique<Standard>(ReadStandard(*file));
@@ -34,23 +34,8 @@ bool ShippedStandard::Read(const std::string& name, const std::string& parent) {
     return false;
   }
   items_ = std::make_unique<StandardItems>(standard_->document);
+  counterparts_ = std::make_unique<Counterparts>(*items_);
   name_ = name;
   problem_.clear();
   return true;
-}
-
-std::optional<StandardPlace> ShippedStandard::CounterpartOf(const StandardItems& items,
-                                                            const StandardPlace& place) const {
-  std::vector<StandardItems::Index> chain;
-  StandardItems::Index item = place.item;
-  for (; item >= StandardItems::kTops; item = items[item].parent) chain.push_back(item);
-  StandardItems::Index answer = item;  // the trees are the same
-  for (auto at = chain.rbegin(); at != chain.rend(); ++at) {
-    answer = FindCounterpart(items, *at, *items_, answer);
-    if (answer == StandardItems::kNone) return std::nullopt;
-  }
-  if (!place.value) return StandardPlace{answer, {}};
-  const auto value = FindCounterpartOfValue(items, place, *items_, answer);
-  if (!value) return std::nullopt;
-  return StandardPlace{answer, value};
 }

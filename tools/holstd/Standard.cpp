@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <utility>
 #include <vector>
 
 #include "Failure.h"
 #include "Format.h"
-#include "Nearest.h"
 #include "VyrDftStdPersistence.h"
 #include "VyrDrwParseStandard.h"
 
@@ -45,21 +43,6 @@ std::string ParentOf(VyrAnnStandardXMLParser& document) {
   const VyrUnicodeString datumMode = document.GetValueWithPath("Root.Dimension.TXTDatumMode");
   const bool isAsme = name.View() == "ANSI" && datumMode.View() == "1";
   return isAsme ? "ASME" : std::string(name.View());
-}
-
-/// Names and literals that may follow in a path.
-void ConsiderIn(const VyrAnnStandardXMLNode& holder, NearestName& nearest) {
-  for (const auto& child : holder.GetNodes()) nearest.Consider(child->GetNodeName().View());
-  if (WrappedValue(holder) != nullptr) return;
-  const bool holdsLiterals = holder.GetNodeType() == VyrAnnStandardXMLNode::NodeEnum;
-  for (const auto& value : holder.GetValues()) {
-    nearest.Consider(holdsLiterals ? value->GetValue().View() : value->GetValueName().View());
-  }
-}
-
-std::string ContentOf(const VyrAnnStandardXMLNode& holder) {
-  return "it holds " + Counted(holder.GetNumOfNode(), "node") + " and " +
-         Counted(holder.GetNumOfValue(), "value") + ", none of that name";
 }
 
 }  // namespace
@@ -101,39 +84,4 @@ std::string VersionProblem(VyrAnnStandardXMLParser& document) {
 bool IsSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
   return std::filesystem::equivalent(a, b, error) && !error;
-}
-
-std::optional<Found> FindAt(VyrAnnStandardXMLParser& document, std::string_view path) {
-  if (VyrAnnStandardXMLNode_var node(document.GetNodeWithPath(path)); node) {
-    return Found{std::move(node), {}};
-  }
-  const std::size_t dot = path.rfind('.');
-  if (dot == std::string_view::npos) return std::nullopt;
-  const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(path.substr(0, dot)));
-  if (!holder) return std::nullopt;
-  const std::string_view last = path.substr(dot + 1);
-  const bool holdsLiterals = holder->GetNodeType() == VyrAnnStandardXMLNode::NodeEnum;
-  VyrAnnStandardXMLValue_var value(holdsLiterals ? holder->GetValueWithPath(last)
-                                                 : holder->GetValueByName(last));
-  if (!value) return std::nullopt;
-  return Found{{}, std::move(value)};
-}
-
-std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path) {
-  const std::string_view top = path.substr(0, path.find('.'));
-  if (!VyrAnnStandardXMLNode_var(document.GetNodeWithPath(top))) {
-    return Quoted(top) + " is no tree of a standard; a path begins with Root, Enum or TypeDef";
-  }
-  const auto isThere = [&](const std::string& place) {
-    return FindAt(document, place).has_value();
-  };
-  const PathCorrection correction =
-      CorrectPath(path, isThere, [&](const std::string& place, NearestName& nearest) {
-        const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(place));
-        if (holder) ConsiderIn(*holder, nearest);
-      });
-  if (!correction.isNeeded) return Quoted(path) + " has nothing of the kind";
-  const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(correction.below));
-  return "there is no " + Quoted(correction.name) + " in " + Quoted(correction.below) + "; " +
-         correction.Said(holder ? ContentOf(*holder) : "that is a value, which holds nothing");
 }

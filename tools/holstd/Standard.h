@@ -24,14 +24,3 @@ std::string VersionProblem(VyrAnnStandardXMLParser& document);
 
 /// True when both paths lead to the same file.
 bool IsSameFile(const std::string& a, const std::string& b);
-
-/// A node at a path, else the value that the path's last name names in the node before it; in an
-/// enumeration the literal of that text.
-struct Found {
-  VyrAnnStandardXMLNode_var node;
-  VyrAnnStandardXMLValue_var value;
-};
-/// `path` begins with the name of a tree. Nothing when there is neither.
-std::optional<Found> FindAt(VyrAnnStandardXMLParser& document, std::string_view path);
-/// Says which name of a path that leads nowhere is the first that does not exist.
-std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path);

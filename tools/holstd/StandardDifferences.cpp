@@ -154,33 +154,3 @@ std::vector<StandardDifference> FindDifferences(const Items& before, const Items
   for (Index top = 0; top < Items::kTops; ++top) comparison.Compare(top, top);
   return comparison.TakeDifferences();
 }
-
-Index FindCounterpart(const Items& items, Index item, const Items& others, Index parent) {
-  const Items::Item& wanted = items[item];
-  Index sameOrdinal = Items::kNone;
-  for (Index i = 0; i < others.ChildCount(parent); ++i) {
-    const Index child = others[parent].firstChild + i;
-    const Items::Item& other = others[child];
-    if (other.node->GetNodeType() != wanted.node->GetNodeType()) continue;
-    if (!(other.node->GetNodeName() == wanted.node->GetNodeName())) continue;
-    const bool isNamed = wanted.entryName != nullptr && other.entryName != nullptr;
-    if (isNamed && wanted.entryName->GetValue() == other.entryName->GetValue()) return child;
-    if (wanted.entryName == nullptr && other.ordinal == wanted.ordinal) sameOrdinal = child;
-  }
-  return sameOrdinal;
-}
-
-std::optional<std::uint32_t> FindCounterpartOfValue(const Items& items, const StandardPlace& value,
-                                                    const Items& others, Index holder) {
-  const Node& node = *items[value.item].node;
-  const Node& other = *others[holder].node;
-  const std::string_view key = KeyOfValue(node, *node.GetValues()[*value.value]);
-  std::uint32_t before = 0;
-  for (std::uint32_t i = 0; i < *value.value; ++i) {
-    if (KeyOfValue(node, *node.GetValues()[i]) == key) ++before;
-  }
-  for (std::uint32_t i = 0; i < other.GetValues().size(); ++i) {
-    if (KeyOfValue(other, *other.GetValues()[i]) == key && before-- == 0) return i;
-  }
-  return std::nullopt;
-}

@@ -7,8 +7,16 @@
 /// The files of all standards that the host's folders hold, in their order; of those of one name
 /// the first one only.
 std::vector<std::string> FindStandardFiles();
-/// The file of the standard of that name, as the folders have it.
-std::optional<std::string> FindStandardFile(const std::string& name);
-/// What to read where FILE may also be the name of a standard: the argument itself when it is "-"
-/// or leads to something, else the file of the standard of that name. Throws `Failure`.
-std::string FileOrStandard(const std::string& argument);
+/// The file of a standard that came with the library, whatever standard of that name the folders
+/// have first.
+std::optional<std::string> FindShippedFile(const std::string& name);
+
+/// Where an argument leads that may be a file or the name of a standard.
+struct StandardFile {
+  std::string file;         ///< what to read
+  bool isNamed = false;     ///< the argument is the name of a standard
+  bool hidesOther = false;  ///< a shipped standard of that name is another one
+};
+/// The argument itself when it is "-" or leads to something other than a folder, else the file of
+/// the standard of that name. Throws `Failure`.
+StandardFile FileOrStandard(const std::string& argument);

@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "Format.h"
 #include "ValueMeaning.h"
 
 namespace {
@@ -59,7 +60,7 @@ std::uint64_t ContentOf(const Node& node, const Value& value) {
 
 std::vector<VyrAnnStandardXMLNode_var> StandardItems::TopsOf(VyrAnnStandardXMLParser& document) {
   std::vector<VyrAnnStandardXMLNode_var> tops;
-  for (const char* name : {"Enum", "TypeDef", "Root"}) {
+  for (const char* name : kTopNames) {
     tops.emplace_back(document.GetNodeWithPath(name));
   }
   return tops;
@@ -115,7 +116,6 @@ void StandardItems::NumberMany(Index begin, Index end) {
 void StandardItems::Summarize(Index index) {
   Item& item = items_[index];
   const Node& node = *item.node;
-  const bool isEntry = node.GetNodeType() == Node::NodeInstance || item.isRepeated;
   const auto kind = static_cast<std::uint64_t>(node.GetNodeType());
   const std::uint64_t name = Hash(node.GetNodeName().View(), kind);
   // A sum, since the order of parameters says nothing.
@@ -124,7 +124,7 @@ void StandardItems::Summarize(Index index) {
   for (const VyrAnnStandardXMLValue_var& value : node.GetValues()) {
     const std::uint64_t part = Mixed(ContentOf(node, *value));
     content += part;
-    if (!isEntry || item.entryName != nullptr || OwnName(*value) != "Name") continue;
+    if (item.entryName != nullptr || OwnName(*value) != "Name") continue;
     item.entryName = TextOf(value.Get());
     if (item.entryName != nullptr) ofEntryName = part;
   }
@@ -133,15 +133,22 @@ void StandardItems::Summarize(Index index) {
     const Item& below = items_[item.firstChild + child];
     content += below.content;
     item.values += below.values;
-    if (!isEntry || item.entryName != nullptr || below.node->GetNodeName().View() != "Name") {
-      continue;
-    }
+    if (item.entryName != nullptr || below.node->GetNodeName().View() != "Name") continue;
     if (!IsParameter(*below.node)) continue;
     item.entryName = TextOf(below.node->GetValues().front().Get());
     if (item.entryName != nullptr) ofEntryName = below.content;
   }
   item.content = Mixed(content);
   item.unnamed = Mixed(content - ofEntryName);
+}
+
+const Value* StandardItems::ValueAt(const StandardPlace& place) const {
+  const Node& node = *items_[place.item].node;
+  return place.value ? node.GetValues()[*place.value].Get() : WrappedValue(node);
+}
+
+std::string StandardItems::PathOf(const StandardPlace& place) const {
+  return place.value ? PathOfValue(place.item, *place.value) : PathOf(place.item);
 }
 
 std::string StandardItems::PathOf(Index item) const {
@@ -158,7 +165,13 @@ std::string StandardItems::PathOf(Index item) const {
 std::string StandardItems::PathOfValue(Index item, std::size_t value) const {
   const Node& node = *items_[item].node;
   if (IsParameter(node)) return PathOf(item);
+  return PathOf(item) + "." +
+         Numbered(KeyOfValue(node, *node.GetValues()[value]), OrdinalOfValue(item, value));
+}
+
+std::uint32_t StandardItems::OrdinalOfValue(Index item, std::size_t value) const {
   if (numberedItem_ != item) {
+    const Node& node = *items_[item].node;
     numberedItem_ = item;
     valueOrdinals_.clear();
     std::unordered_map<std::string_view, std::uint32_t> seen;
@@ -166,11 +179,12 @@ std::string StandardItems::PathOfValue(Index item, std::size_t value) const {
       valueOrdinals_.push_back(++seen[KeyOfValue(node, *each)]);
     }
   }
-  return PathOf(item) + "." +
-         Numbered(KeyOfValue(node, *node.GetValues()[value]), valueOrdinals_[value]);
+  return valueOrdinals_[value];
 }
 
 std::string_view StandardItems::EntryOf(Index item) const {
-  while (item != kNone && items_[item].entryName == nullptr) item = items_[item].parent;
+  while (item != kNone && !(IsEntry(item) && items_[item].entryName != nullptr)) {
+    item = items_[item].parent;
+  }
   return item == kNone ? std::string_view() : items_[item].entryName->GetValue().View();
 }

@@ -19,14 +19,9 @@ std::vector<VyrAnnStandardXMLNode_var> CopiesOfTops(VyrAnnStandardXMLParser& doc
   return copies;
 }
 
-std::string PathOf(const Items& items, const StandardPlace& place) {
-  return place.value ? items.PathOfValue(place.item, *place.value) : items.PathOf(place.item);
-}
-
 std::string TextAt(const Items& items, const StandardPlace& place) {
-  const VyrAnnStandardXMLNode& node = *items[place.item].node;
-  const Value* value = place.value ? node.GetValues()[*place.value].Get() : WrappedValue(node);
-  return value != nullptr ? ValueText(*value) : KindWord(node.GetNodeType());
+  const Value* value = items.ValueAt(place);
+  return value != nullptr ? ValueText(*value) : KindWord(items[place.item].node->GetNodeType());
 }
 
 /// From 1, where it stands among its parent's nodes or values.
@@ -37,7 +32,7 @@ std::string PositionOf(const Items& items, const StandardPlace& place) {
 }
 
 SnapshotChange ChangeOf(Kind kind, const Items& items, const StandardPlace& place) {
-  return {kind, PathOf(items, place), std::string(items.EntryOf(place.item)), {}, {}};
+  return {kind, items.PathOf(place), std::string(items.EntryOf(place.item)), {}, {}};
 }
 
 /// What was added or removed, with all that it holds, in the order of the standard.

@@ -4,7 +4,9 @@
 #include "Arguments.h"
 #include "BranchLines.h"
 #include "Format.h"
+#include "PathSearch.h"
 #include "Standard.h"
+#include "StandardItems.h"
 #include "Subcommands.h"
 
 namespace {
@@ -51,31 +53,31 @@ class TreePrinter {
 };
 
 /// A path as the commands have it, or one below the document element, as `get` has it.
-Found FindBranch(Standard& standard, const std::string& path) {
-  if (auto found = FindAt(standard.document, path)) return *found;
-  if (auto found = FindAt(standard.document, "Root." + path)) return *found;
-  const std::string_view top = std::string_view(path).substr(0, path.find('.'));
-  const bool isCommandPath = top == "Root" || top == "Enum" || top == "TypeDef";
+StandardPlace FindBranch(const Standard& standard, const StandardItems& items,
+                         const std::string& path) {
+  if (const auto found = FindPlace(items, path)) return *found;
+  if (const auto found = FindPlace(items, "Root." + path)) return *found;
   throw Failure{kNegativeAnswer, standard.file, 0,
-                MissingName(standard.document, isCommandPath ? path : "Root." + path)};
+                MissingBranch(items, IsCommandPath(path) ? path : "Root." + path)};
 }
 
 ExitStatus PrintTree(const Options& options, Session& session) {
   Standard standard = ReadStandard(options.file);
-  std::vector<Found> branches;
+  const StandardItems items(standard.document);
+  std::vector<StandardPlace> branches;
   if (options.path.empty()) {
-    for (const char* top : {"Enum", "TypeDef", "Root"}) {
-      branches.push_back(FindBranch(standard, top));
+    for (const char* top : StandardItems::kTopNames) {
+      branches.push_back(FindBranch(standard, items, top));
     }
   } else {
-    branches.push_back(FindBranch(standard, options.path));
+    branches.push_back(FindBranch(standard, items, options.path));
   }
   TreePrinter printer(session, options.json);
-  for (const Found& branch : branches) {
-    if (branch.node) {
-      ForEachLine(*branch.node, [&](const BranchLine& line) { printer.Print(line); });
+  for (const StandardPlace& branch : branches) {
+    if (branch.value) {
+      printer.Print(LineOfValue(*items.ValueAt(branch), 0));
     } else {
-      printer.Print(LineOfValue(*branch.value, 0));
+      ForEachLine(*items[branch.item].node, [&](const BranchLine& line) { printer.Print(line); });
     }
   }
   printer.End();
@@ -91,7 +93,10 @@ Action Tree::Register(Arguments& command) {
                   "What to print: a path below the document element, or one that begins with "
                   "Root, Enum or TypeDef");
   command.AddJson(options->json);
-  command.AddExamples({"holstd tree ISO.xml", "holstd tree ISO.xml Dimension",
-                       "holstd tree ISO.xml TypeDef.ToleranceDisplay"});
+  command.AddExamples(
+      {"holstd tree ISO.xml", "holstd tree ISO.xml Dimension",
+       "holstd tree ISO.xml TypeDef.ToleranceDisplay", "holstd tree ISO.xml 'Frames.FrameDef[2]'"},
+      "Of several nodes of one name the first is meant; a place in brackets means "
+      "another one.");
   return [options](Session& session) { return PrintTree(*options, session); };
 }

@@ -84,6 +84,12 @@ std::string UsageProblem(const CLI::App& app, const CLI::ParseError& error) {
   return Quoted(rest.front()) + " is no command; there are " + Joined(names);
 }
 
+/// How to see the help of the command that was named, if one was.
+std::string HelpFor(const CLI::App& app) {
+  const std::vector<CLI::App*> named = app.get_subcommands();
+  return "holstd " + (named.empty() ? "" : named.front()->get_name() + " ") + "--help";
+}
+
 /// Reads the command line and runs the subcommand it names.
 ExitStatus Run(int argc, char** argv, Session& session) {
   RefuseInvalidText(argc, argv);
@@ -105,7 +111,7 @@ ExitStatus Run(int argc, char** argv, Session& session) {
     session.Print(std::string(version.what()) + "\n");
     return kDone;
   } catch (const CLI::ParseError& error) {
-    throw Failure{kUsage, "", 0, UsageProblem(app, error) + "; see holstd --help"};
+    throw Failure{kUsage, "", 0, UsageProblem(app, error) + "; see " + HelpFor(app)};
   }
   session.Begin();
   for (const auto& [command, action] : actions) {
