@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "VyrDiagnostics.h"
+#include "QuietDiagnostics.h"
 
 /// Entry of a target: takes any bytes at all. Ends the process when a rule is broken.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -25,12 +25,7 @@ inline void Require(bool holds, const char* rule) {
 
 /// Bad inputs are the rule here; their reports are not looked at.
 inline void SilenceDiagnostics() {
-  static const bool done = [] {
-    const auto nowhere = [](std::string_view) {};
-    VyrSetDiagnosticSinks({nowhere, nowhere, nowhere, nowhere});
-    return true;
-  }();
-  static_cast<void>(done);
+  static const QuietDiagnostics quiet;
 }
 
 /// Cuts the first line off `text` and returns it.

@@ -14,6 +14,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   document.GetVersion();
   const VyrUnicodeString saved = Saved(document);
   Require(!saved.IsEmpty(), "what was read can be saved");
-  RequireSameAgain(saved);
+  RequireSameAgain(document, saved);
   return 0;
 }

@@ -173,7 +173,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   document.Check();
   document.GetVersion();
   const VyrUnicodeString saved = Saved(document);
-  if (saved.IsEmpty()) return 0;  // holds what no file can say
-  RequireSameAgain(saved);
+  if (saved.IsEmpty()) return 0;
+  RequireSameAgain(document, saved);
   return 0;
 }

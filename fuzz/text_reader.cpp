@@ -19,6 +19,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   VyrAnnStandardXMLParser& document = standard.GetDocument();
   Require(document.GetVersion() == VyrDrwParseStandard::GetCurrentVersion(),
           "an upgraded standard is of the current version");
-  RequireSameAgain(Saved(document));
+  RequireSameAgain(document, Saved(document));
   return 0;
 }

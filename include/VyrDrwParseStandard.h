@@ -41,8 +41,8 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   VyrDrwParseStandard& operator=(const VyrDrwParseStandard&) = delete;
   virtual ~VyrDrwParseStandard();
 
-  /// Reads the file as an XML standard, once. When it cannot be read, `GetProblem` says why, the
-  /// object counts as not decoded and its document is empty; when memory ran out there is none.
+  /// Reads the file as an XML standard, once. When it cannot be read, for want of memory too,
+  /// `GetProblem` says why, the object counts as not decoded and its document is an empty one.
   void Decode();
   /// Reads the file as a text standard of the old generation, once: then decoded, of version 0 and
   /// without a document. `E_FAIL`, and nothing is kept, when the text is not valid; `GetProblem`

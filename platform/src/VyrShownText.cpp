@@ -28,6 +28,11 @@ constexpr std::array<Unshown, 8> kUnshown = {{
     {"\xD8"sv, 0x9C, 0x9C, '?'},      // U+061C
 }};
 
+/// True for most of what is shown, which needs no search then.
+bool IsPrintable(char c) {
+  return c >= ' ' && c <= '~';
+}
+
 /// The entry of the character that `text` begins with, null when it is shown as it is.
 const Unshown* FindUnshown(std::string_view text) {
   const auto found = std::find_if(kUnshown.begin(), kUnshown.end(), [=](const Unshown& entry) {
@@ -40,15 +45,18 @@ const Unshown* FindUnshown(std::string_view text) {
 
 }  // namespace
 
-std::string VyrShownText(std::string_view text) {
-  constexpr std::size_t mostShown = 160;
-  const std::string_view begin = VyrCutUtf8(text, mostShown);
+std::string VyrShownText(std::string_view text, std::size_t most) {
+  const std::string_view begin = VyrCutUtf8(text, most);
   std::string shown;
   for (std::size_t i = 0; i < begin.size(); ++i) {
-    const Unshown* const unshown = FindUnshown(begin.substr(i));
+    const Unshown* const unshown = IsPrintable(begin[i]) ? nullptr : FindUnshown(begin.substr(i));
     shown += unshown == nullptr ? begin[i] : unshown->shownAs;
     if (unshown != nullptr) i += unshown->lead.size();
   }
   if (begin.size() < text.size()) shown += "...";
   return shown;
+}
+
+std::string VyrQuoted(std::string_view text) {
+  return "'" + VyrShownText(text) + "'";
 }

@@ -35,12 +35,18 @@ constexpr std::array<Signature, 9> kSignatures = {{
     {"\0<"sv, "UTF-16BE", false},
 }};
 
-constexpr std::string_view kDeclaration = "<?xml";
+constexpr std::string_view kBlanks = " \t\r\n";
+
+/// Whether a document begins with an XML declaration, not with another instruction of like name.
+bool HasDeclaration(std::string_view document) {
+  constexpr std::string_view begin = "<?xml";
+  return document.starts_with(begin) && document.size() > begin.size() &&
+         kBlanks.find(document[begin.size()]) != std::string_view::npos;
+}
 
 /// The name after "encoding" in the XML declaration, empty when there is none.
 std::string_view DeclaredEncoding(std::string_view document) {
-  constexpr std::string_view blanks = " \t\r\n";
-  if (!document.starts_with(kDeclaration)) return {};
+  if (!HasDeclaration(document)) return {};
   std::string_view rest = document.substr(0, document.find("?>"));
   const auto skip = [&rest](std::size_t count) {
     rest.remove_prefix(std::min(count, rest.size()));
@@ -48,10 +54,10 @@ std::string_view DeclaredEncoding(std::string_view document) {
   constexpr std::string_view keyword = "encoding";
   skip(rest.find(keyword));
   skip(keyword.size());
-  skip(rest.find_first_not_of(blanks));
+  skip(rest.find_first_not_of(kBlanks));
   if (!rest.starts_with('=')) return {};
   skip(1);
-  skip(rest.find_first_not_of(blanks));
+  skip(rest.find_first_not_of(kBlanks));
   if (!rest.starts_with('"') && !rest.starts_with('\'')) return {};
   const std::size_t end = rest.find(rest[0], 1);
   return end == std::string_view::npos ? std::string_view() : rest.substr(1, end - 1);
@@ -168,23 +174,23 @@ bool CheckUtf8(std::string_view document, std::size_t markSize, std::string_view
 
 bool ConvertFrom(const std::string& encoding, bool isDeclared, std::string_view document,
                  std::size_t markSize, std::string& converted, VyrProblem& problem) {
-  const std::string shown = VyrShownText(encoding);
   Converter converter(encoding);
   if (!converter.IsKnown()) {
-    problem = {1, "declares the encoding '" + shown + "', which is not known; save it as UTF-8"};
+    problem = {1, "declares the encoding " + VyrQuoted(encoding) +
+                      ", which is not known; save it as UTF-8"};
     return false;
   }
   converted.reserve(document.size());
   const std::size_t read = converter.Convert(document.substr(markSize), converted) + markSize;
   // Two-byte encodings read anything as text; but then the declaration is no longer there.
-  if (isDeclared && !converted.starts_with(kDeclaration)) {
-    problem = {1, "declares the encoding '" + shown +
-                      "' but is not written in it; declare the right one, or save it as UTF-8"};
+  if (isDeclared && !HasDeclaration(converted)) {
+    problem = {1, "declares the encoding " + VyrQuoted(encoding) +
+                      " but is not written in it; declare the right one, or save it as UTF-8"};
     return false;
   }
   if (read == document.size()) return RefuseZeroBytes(converted, problem);
   problem = {LineAt(converted),
-             "is not valid " + shown + AtByte(read) +
+             "is not valid " + VyrShownText(encoding) + AtByte(read) +
                  "; declare the encoding that it is written in, or save it as UTF-8"};
   return false;
 }

@@ -6,7 +6,7 @@ namespace {
 
 std::string TooManyAttributes() {
   return "has more than " + std::to_string(kMostXMLAttributes) +
-         " attributes on one element; an element of a standard has two at most";
+         " attributes on one element; a standard has far fewer";
 }
 
 std::string TooManyDeclarations() {

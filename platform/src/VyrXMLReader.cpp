@@ -96,9 +96,15 @@ class Reader {
     InstallHandlers();
   }
 
+  /// Takes what the library tells where it knows no parser. When memory runs out there it goes on,
+  /// and may leave out what an entity holds.
+  static void TakeInnerError(void* self, xmlError* error) {
+    if (error->code == XML_ERR_NO_MEMORY) static_cast<Reader*>(self)->RefuseForMemory();
+  }
+
   bool Finish(bool isWellFormed) {
     if (!problem_.IsEmpty()) return false;
-    StopWhenTooLarge();
+    StopAtTooManyNames();
     // Of a fault the parser tells, but not of memory that it lacks to begin with.
     if (!isWellFormed && problem_.IsEmpty()) RefuseForMemory();
     if (problem_.IsEmpty()) builder_.EndDocument();
@@ -141,7 +147,11 @@ class Reader {
     sax.cdataBlock = On<&Reader::AddCData>;
     sax.comment = On<&Reader::AddComment>;
     sax.processingInstruction = On<&Reader::AddInstruction>;
-    sax.serror = On<&Reader::TakeError>;
+    sax.serror = [](void* self, xmlError* error) {
+      // When memory runs out for the declarations, the parser names itself and not its user.
+      if (self == error->ctxt) self = static_cast<xmlParserCtxt*>(error->ctxt)->userData;
+      On<&Reader::TakeError, void>(self, error);
+    };
     context_->userData = this;
   }
 
@@ -157,14 +167,24 @@ class Reader {
                      const xmlChar* systemId, xmlChar* content) {
     if (type == XML_INTERNAL_GENERAL_ENTITY) {
       const std::optional<VyrXMLExcess> excess = VyrFindXMLExcess(View(content));
-      if (excess) return Refuse("entity '" + VyrShownText(View(name)) + "' " + excess->text);
+      if (excess) return Refuse("entity " + VyrQuoted(View(name)) + " " + excess->text);
     }
     xmlSAX2EntityDecl(context_, name, type, publicId, systemId, content);
+    // A declaration that memory runs out for is lost without a word.
+    const bool isParameter =
+        type == XML_INTERNAL_PARAMETER_ENTITY || type == XML_EXTERNAL_PARAMETER_ENTITY;
+    const xmlEntity* const declared =
+        isParameter ? xmlSAX2GetParameterEntity(context_, name) : xmlSAX2GetEntity(context_, name);
+    // Of several for one name the first counts, which may be of another kind.
+    const bool isMeant = declared != nullptr && static_cast<int>(declared->etype) == type;
+    if (declared == nullptr || (isMeant && content != nullptr && declared->content == nullptr)) {
+      RefuseForMemory();
+    }
   }
 
   void DeclareAttribute(const xmlChar* name, const xmlChar* defaultValue) {
     if (defaultValue == nullptr || ++defaults_ <= kMostDefaults) return;
-    Refuse("default value of attribute '" + VyrShownText(View(name)) + "' is one of more than " +
+    Refuse("default value of attribute " + VyrQuoted(View(name)) + " is one of more than " +
            std::to_string(kMostDefaults) + "; write the attributes out");
   }
 
@@ -184,13 +204,14 @@ class Reader {
       // Values that the type declaration adds come last; they expand the document as entities do.
       const bool isDefault = i >= attributeCount - defaultedCount;
       if (isDefault && !Spend(sizeof(VyrXMLTree::Attribute) + static_cast<std::size_t>(size))) {
-        return Refuse("default value of attribute '" + VyrShownText(View(attributes[0])) + "'" +
+        return Refuse("default value of attribute " + VyrQuoted(View(attributes[0])) +
                       kOutOfProportion);
       }
       builder_.AddAttribute({Narrow(attributes[0]), Narrow(attributes[1]), Narrow(attributes[2])},
                             View(attributes[3], size));
     }
     StopWhenTooLarge();
+    StopAtTooManyNames();
   }
 
   void EndElement(const xmlChar*, const xmlChar*, const xmlChar*) {
@@ -220,6 +241,7 @@ class Reader {
     if (unique == nullptr) return RefuseForMemory();
     builder_.AddProcessingInstruction({Narrow(unique), nullptr, nullptr}, View(text), Line());
     StopWhenTooLarge();
+    StopAtTooManyNames();
   }
 
   void TakeError(xmlError* error) {
@@ -246,7 +268,7 @@ class Reader {
     for (std::size_t i = 1; i < declared.size(); i += 2) {
       if (View(declared[i]).size() <= kMostOfNamespaceName) continue;
       Refuse("has a namespace name longer than " + std::to_string(kMostOfNamespaceName / 1024) +
-             " KB; that of a standard has 48 letters");
+             " KB; that of a standard is far shorter");
       return false;
     }
     declaring_.push_back({depth_, declared.size() / 2});
@@ -270,7 +292,7 @@ class Reader {
   /// so the sum of what is admitted is what the document expands to.
   xmlEntity* Admit(xmlEntity* entity) {
     if (entity == nullptr) return nullptr;
-    const auto named = [&] { return "entity '" + VyrShownText(View(entity->name)) + "'"; };
+    const auto named = [&] { return "entity " + VyrQuoted(View(entity->name)); };
     if (entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY ||
         entity->etype == XML_EXTERNAL_GENERAL_UNPARSED_ENTITY ||
         entity->etype == XML_EXTERNAL_PARAMETER_ENTITY) {
@@ -304,6 +326,9 @@ class Reader {
 
   void StopWhenTooLarge() {
     if (!builder_.FitsInTree()) Refuse("larger than 4 GB of text; split the standard");
+  }
+
+  void StopAtTooManyNames() {
     if (xmlDictSize(context_->dict) > kMostNames) {
       Refuse("has more than " + std::to_string(kMostNames) +
              " different element and attribute names; the names in a standard are those of its "
@@ -350,9 +375,12 @@ bool Parse(std::string_view utf8, VyrXMLTree& tree, VyrProblem& problem) {
   const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
   if (context == nullptr) throw std::bad_alloc();
   Reader reader(context.get(), tree, utf8.size(), problem);
+  xmlSetStructuredErrorFunc(&reader, Reader::TakeInnerError);
   constexpr int options = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC;
+  // Told no encoding the parser reads the text as it is, in UTF-8. Told "UTF-8" it would copy it
+  // through a converter, and crash when there is no memory for the copy.
   xmlDoc* declarations = xmlCtxtReadMemory(
-      context.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr, "UTF-8", options);
+      context.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr, options);
   const bool isWellFormed = declarations != nullptr;
   if (declarations != nullptr) xmlFreeDoc(declarations);
   return reader.Finish(isWellFormed);

@@ -26,10 +26,6 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-std::string Quoted(std::string_view text) {
-  return "'" + VyrShownText(text) + "'";
-}
-
 bool IsInteger(std::string_view text) {
   const std::size_t digits = text.find_first_of("0123456789");
   const bool isSigned = digits == 1 && (text[0] == '+' || text[0] == '-');
@@ -158,7 +154,8 @@ bool LegacyTextReader::EndSection(const Section& section) {
     return Fail(
         line_,
         std::string(Keyword(section.firstRow + 1).keyword) +
-            (isOutside ? std::string(" without ") + Keyword(section.firstRow).keyword
+            (isOutside ? std::string(" without ") + Keyword(section.firstRow).keyword +
+                             "; put that before what the section holds, or take the line out"
                        : " inside the section of line " + std::to_string(sectionLine_) + "; " +
                              Keyword(section_->firstRow + 1).keyword + " was expected"));
   }
@@ -170,7 +167,11 @@ bool LegacyTextReader::EndSection(const Section& section) {
 bool LegacyTextReader::ReadParameter(std::string_view name, std::string_view valueText) {
   int row = FindKeywordRow(name);
   if (row < 0) row = FindLegacyNameRow(name);
-  if (row < 0) return Fail(line_, Quoted(name) + " is no parameter of a drafting standard");
+  if (row < 0)
+    return Fail(
+        line_,
+        VyrQuoted(name) +
+            " is no parameter of a drafting standard; correct the name, or take the line out");
   if (row < section_->firstRow || row > section_->lastRow) {
     const auto owner = std::find_if(
         kSections.begin(), kSections.end(),
@@ -183,7 +184,7 @@ bool LegacyTextReader::ReadParameter(std::string_view name, std::string_view val
   const bool isGeneral = section_ == &GeneralSection();
   int& given = (isGeneral ? givenInGeneral_ : givenInGroup_)[static_cast<std::size_t>(row)];
   if (given != 0) {
-    return Fail(line_, std::string(name) + " is given twice; the first time on line " +
+    return Fail(line_, std::string(name) + " is given twice; keep this one or that of line " +
                            std::to_string(given));
   }
   given = line_;
@@ -213,7 +214,7 @@ std::optional<std::string> LegacyTextReader::ReadValue(const VyrDrwParseKeyword&
     value = std::move(*unquoted);
   }
   if (const std::string expected = Expected(keyword.type, value); !expected.empty()) {
-    Fail(line_, name + ": " + Quoted(value) + " is not valid; expected is " + expected);
+    Fail(line_, name + ": " + VyrQuoted(value) + " is not valid; expected is " + expected);
     return std::nullopt;
   }
   return value;
@@ -242,11 +243,11 @@ bool LegacyTextReader::CheckGroup() {
   const auto [given, isNew] =
       groupLines_.try_emplace(std::string(section_->name) + ":" + description, sectionLine_);
   if (!isNew) {
-    return Fail(sectionLine_, std::string(nameKeyword) + " " + Quoted(description) +
-                                  " is given twice; the first time in the section of line " +
-                                  std::to_string(given->second));
+    return Fail(sectionLine_, std::string(nameKeyword) + " " + VyrQuoted(description) +
+                                  " is given twice; name this section or that of line " +
+                                  std::to_string(given->second) + " otherwise");
   }
-  if (!CheckRequired(*section_, nameKeyword + (" " + Quoted(description)) + ": ")) return false;
+  if (!CheckRequired(*section_, nameKeyword + (" " + VyrQuoted(description)) + ": ")) return false;
   StoreEntries(description);
   givenInGroup_ = {};
   return true;

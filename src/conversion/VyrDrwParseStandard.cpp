@@ -15,12 +15,11 @@ VyrDrwParseStandard::VyrDrwParseStandard(const VyrUnicodeString& fileName) : fil
 VyrDrwParseStandard::~VyrDrwParseStandard() = default;
 
 void VyrDrwParseStandard::Decode() {
-  static_cast<void>(VyrWithinMemory(
-      [this] {
-        DecodeXML();
-        return S_OK;
-      },
-      [this] { return RefuseForMemory(); }));
+  static_cast<void>(VyrWithinMemory(problem_, [this] {
+    DecodeXML();
+    return S_OK;
+  }));
+  if (decoded_ == 0) parentStandard_ = {};
 }
 
 HRESULT VyrDrwParseStandard::DecodeText() {
@@ -44,17 +43,21 @@ void VyrDrwParseStandard::DecodeXML() {
   if (decoded_ != 0 || fileName_.IsEmpty()) return;
   if (!kParseStandardUnit.Check(document_ == nullptr, "a document is already there")) return;
   problem_ = {};
+  // Stays when the file cannot be read, and when memory runs out on the way: what was read before
+  // must not pass for a standard.
   document_ = std::make_unique<VyrAnnStandardXMLParser>();
-  if (document_->DecodeXML(fileName_, 1) == 0) {
-    decoded_ = 1;
-  } else {
-    // What was read before the fault must not pass for a standard.
-    problem_ = document_->GetProblem();
-    document_ = std::make_unique<VyrAnnStandardXMLParser>();
-  }
   version_ = document_->GetVersion();
-  DetermineParentStandard(document_->GetValueWithPath("Root.Dimension.ParentStandard"),
-                          document_->GetValueWithPath("Root.Dimension.TXTDatumMode"));
+  auto read = std::make_unique<VyrAnnStandardXMLParser>();
+  if (read->DecodeXML(fileName_, 1) != 0) {
+    problem_ = read->GetProblem();
+    return;
+  }
+  const int version = read->GetVersion();
+  DetermineParentStandard(read->GetValueWithPath("Root.Dimension.ParentStandard"),
+                          read->GetValueWithPath("Root.Dimension.TXTDatumMode"));
+  version_ = version;
+  document_ = std::move(read);
+  decoded_ = 1;
 }
 
 HRESULT VyrDrwParseStandard::DecodeParameters() {

@@ -2,11 +2,11 @@
 
 #include <utility>
 
+#include "ShownPath.h"
 #include "StandardXMLFormat.h"
 #include "VyrAnnStandardXMLParserDOMCodecUnit.h"
 #include "VyrDftXMLNodeID.h"
 #include "VyrShownText.h"
-#include "VyrUtf8.h"
 
 namespace {
 
@@ -19,10 +19,6 @@ constexpr std::uint32_t kNoName = ~std::uint32_t{0};
 /// How a message to the user calls an element.
 std::string Described(const Tree& tree, Tree::Index element) {
   return "<" + VyrShownText(tree.GetName(tree.GetNameId(element)).qualifiedName) + ">";
-}
-
-std::string Quoted(std::string_view name) {
-  return "'" + VyrShownText(name) + "'";
 }
 
 /// What may stand in the element of a node, for messages.
@@ -210,7 +206,7 @@ VyrAnnStandardXMLNode_var StandardXMLDecoder::BuildEnum(Index element) {
   if (!AddValuesOnly(element, *node)) return {};
   if (node->GetNumOfValue() == 0) {
     kXMLCodecUnit.Raise("Enumdef node empty!");
-    problem_ = {tree_.GetLine(element), "enumeration " + Quoted(node->GetNodeName().View()) +
+    problem_ = {tree_.GetLine(element), "enumeration " + VyrQuoted(node->GetNodeName().View()) +
                                             " is empty; it needs at least one std:strval"};
     return {};
   }
@@ -223,7 +219,7 @@ VyrAnnStandardXMLNode_var StandardXMLDecoder::BuildTypeDef(Index element) {
   if (!AddValuesOnly(element, *node)) return {};
   if (node->GetNumOfValue() == 0) {
     kXMLCodecUnit.Raise("Typedef node empty!");
-    problem_ = {tree_.GetLine(element), "type " + Quoted(node->GetNodeName().View()) +
+    problem_ = {tree_.GetLine(element), "type " + VyrQuoted(node->GetNodeName().View()) +
                                             " is empty; it needs at least one field"};
     return {};
   }
@@ -290,7 +286,7 @@ void StandardXMLDecoder::RefuseElement(const char* format, Index element, Index 
   const bool isTop = tree_.GetParent(parent) == Tree::kDocument;
   problem_ = {tree_.GetLine(element),
               Described(tree_, element) + " cannot stand in " + Described(tree_, parent) + " " +
-                  Quoted(AttributeOf(parent, nameAttribute_)) + "; expected is " +
+                  VyrQuoted(AttributeOf(parent, nameAttribute_)) + "; expected is " +
                   ContentOf(isTop ? Node::NodeTop : MeaningOf(parent).nodeType)};
 }
 
@@ -306,18 +302,11 @@ std::string StandardXMLDecoder::Identifier(Index element) const {
   return VyrDftXMLNodeID(name.namespaceURI, name.localName).ToString().CString();
 }
 
-/// Where an element stands: identifier and name of each element from the outermost down to it. Of
-/// what is longer than a line the outer part is left out: a file may be as deep as it is long.
+/// Where an element stands: identifier and name of each element from the outermost down to it.
 std::string StandardXMLDecoder::Location(Index element) const {
-  constexpr std::size_t mostShown = 4096;
-  std::vector<std::string> levels;
-  std::size_t size = 0;
-  for (; element != Tree::kDocument && size < mostShown; element = tree_.GetParent(element)) {
-    levels.push_back("/" + Identifier(element) + " ");
-    levels.back().append(VyrCutUtf8(AttributeOf(element, nameAttribute_), mostShown));
-    size += levels.back().size();
+  ShownPath path(kMostShownInTrace);
+  for (; element != Tree::kDocument && path.HasRoom(); element = tree_.GetParent(element)) {
+    path.AddOuter("/" + Identifier(element) + " ", AttributeOf(element, nameAttribute_), "");
   }
-  std::string location = element == Tree::kDocument ? "" : "...";
-  for (auto it = levels.rbegin(); it != levels.rend(); ++it) location.append(*it);
-  return location;
+  return path.Text(element == Tree::kDocument);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ShownPath.h"
 #include "StandardXMLFormat.h"
 #include "VyrAnnStandardXMLParserDOMCodecUnit.h"
 #include "VyrShownText.h"
@@ -16,10 +17,6 @@ const Element* ElementFor(const std::array<Element, count>& elements, Type type)
   const auto found = std::find_if(elements.begin(), elements.end(),
                                   [=](const Element& element) { return element.type == type; });
   return found == elements.end() ? nullptr : &*found;
-}
-
-std::string Quoted(const VyrUnicodeString& name) {
-  return "'" + VyrShownText(name.View()) + "'";
 }
 
 }  // namespace
@@ -53,7 +50,8 @@ bool StandardXMLEncoder::WriteTop(const Node& top, Node::Type contentType) {
   open_.push_back({&top, 0});
   for (const VyrAnnStandardXMLNode_var& child : top.GetNodes()) {
     if (child->GetNodeType() != contentType && MayHoldNode(Node::NodeTop, child->GetNodeType())) {
-      return Refuse("Invalid node", "node " + Quoted(child->GetNodeName()) + " cannot stand in " +
+      return Refuse("Invalid node", "node " + VyrQuoted(child->GetNodeName().View()) +
+                                        " cannot stand in " +
                                         std::string(top.GetNodeName().View()));
     }
     if (!WriteTree(*child)) return false;
@@ -102,7 +100,8 @@ bool StandardXMLEncoder::StartNode(const Node& node, Node::Type parent) {
 
 bool StandardXMLEncoder::WriteValue(const Node& node, const Value& value) {
   const auto refuse = [&](const char* message, const char* what) {
-    return Refuse(message, Path() + ": value " + Quoted(value.GetValueName()) + " " + what);
+    return Refuse(message,
+                  Path() + ": value " + VyrQuoted(value.GetValueName().View()) + " " + what);
   };
   const ValueElement* element = ElementFor(kValueElements, value.GetType());
   if (element == nullptr) return refuse("unknown type of value!", "has no writable type");
@@ -129,11 +128,12 @@ bool StandardXMLEncoder::Refuse(const char* message, const std::string& problem)
   return false;
 }
 
+/// Names of the open nodes from the outermost down to the one at fault.
 std::string StandardXMLEncoder::Path() const {
-  std::string path;
-  for (const OpenNode& open : open_) {
-    if (!path.empty()) path += '.';
-    path += open.node->GetNodeName().View();
+  ShownPath path(kMostShownInMessage);
+  auto open = open_.rbegin();
+  for (; open != open_.rend() && path.HasRoom(); ++open) {
+    path.AddOuter("", open->node->GetNodeName().View(), open == open_.rbegin() ? "" : ".");
   }
-  return VyrShownText(path);
+  return path.Text(open == open_.rend());
 }

@@ -1,6 +1,8 @@
 #include "VyrAnnStandardServices.h"
 
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "SharedStandardDocument.h"
 #include "StandardDocumentCache.h"
@@ -45,21 +47,29 @@ void ReportRefusal(VyrUnicodeView path, const VyrProblem& problem) {
   VyrSysLogError(line.append("\n"));
 }
 
-/// Null, reported, for a file that cannot be read or has undefined enumeration values.
-StandardDocumentCache::Document Load(VyrUnicodeView path) {
+struct Loaded {
+  StandardDocumentCache::Document document;
+  /// Whether the file would give the same again: false when memory ran out or reading failed.
+  bool isLasting = true;
+};
+
+/// No document, reported, for a file that cannot be read or has undefined enumeration values.
+Loaded Load(VyrUnicodeView path) {
   auto document = std::make_shared<SharedStandardDocument>();
   VyrAnnStandardXMLParser& parser = document->parser;
   if (parser.DecodeXML(path, 1) != 0) {
-    ReportRefusal(path, parser.GetProblem());
-    return nullptr;
+    const VyrProblem problem = parser.GetProblem();
+    ReportRefusal(path, problem);
+    // A fault of the content has its line.
+    return {nullptr, problem.line > 0};
   }
   if (parser.Check() == 0) {
     ReportRefusal(path, {0,
                          "has values that their enumerations do not define, named by the lines "
                          "\"Enum undefined\" of the trace; correct them or define their literals"});
-    return nullptr;
+    return {};
   }
-  return document;
+  return {std::move(document)};
 }
 
 }  // namespace
@@ -78,14 +88,17 @@ VyrAnnStandardServices::VyrAnnStandardServices(const char* standardName) {
     TraceFile("%sUsing cached value for %s.\n", path);
     return;
   }
-  if (!path.IsEmpty()) document_ = Load(path);
+  Loaded loaded;
+  if (!path.IsEmpty()) loaded = Load(path);
+  document_ = std::move(loaded.document);
   TraceFile("%sCreating a new parser for %s.\n", shown);
-  if (stamp && cache.Store(path, *stamp, document_)) shared_ = 1;
+  // A file that may be well is tried again when it is opened again.
+  if (stamp && loaded.isLasting && cache.Store(path, *stamp, document_)) shared_ = 1;
 }
 
 std::unique_ptr<VyrAnnStandardServices> VyrAnnStandardServices::OpenFile(VyrUnicodeView path) {
   std::unique_ptr<VyrAnnStandardServices> services(new VyrAnnStandardServices);
-  services->document_ = Load(path);
+  services->document_ = Load(path).document;
   return services;
 }
 

@@ -238,11 +238,17 @@ TEST(TextReader, BadNamesAreRefused) {
   const std::string tail = "line 13";
   ASSERT_EQ(General()[12], "DIMLTail 1");
   ExpectRefused({
-      {"unknown name", {"", "Nonsense 1"}, 107, "'Nonsense'"},
+      {"unknown name",
+       {"", "Nonsense 1"},
+       107,
+       "'Nonsense' is no parameter of a drafting standard; correct the name, or take the line out"},
       {"other case", {"dimloverrun 1.0"}, 106, "'dimloverrun'"},
       {"twice", {"DIMLTail 1.0"}, 106, tail.c_str()},
       {"twice, the same value", {"", "DIMLTail 1"}, 107, "twice"},
-      {"twice through its legacy name", {"STDTxThickText 1"}, 106, "STDTxThickText is given twice"},
+      {"twice through its legacy name",
+       {"STDTxThickText 1"},
+       106,
+       "STDTxThickText is given twice; keep this one or that of line"},
       {"twice in a group", {"BEGIN_TOLERANCE", "TolType 1", "TolType 1"}, 108, "line 107"},
       {"twice in a group through its legacy name",
        {"BEGIN_NUMERICAL_DISPLAY", "NDName D", "FNMVAL D"},
@@ -303,7 +309,11 @@ TEST(TextReader, BadSectionsAreRefused) {
        {"BEGIN_TOLERANCE", "BEGIN_COMMENT_BLOCK"},
        107,
        "END_TOLERANCE was expected"},
-      {"tolerance not begun", {"END_TOLERANCE"}, 106, "BEGIN_TOLERANCE"},
+      {"tolerance not begun",
+       {"END_TOLERANCE"},
+       106,
+       "END_TOLERANCE without BEGIN_TOLERANCE; put that before what the section holds, or take the "
+       "line out"},
       {"display not begun", {"END_NUMERICAL_DISPLAY"}, 106, "BEGIN_NUMERICAL_DISPLAY"},
       {"comment not begun", {"END_COMMENT_BLOCK"}, 106, "BEGIN_COMMENT_BLOCK"},
       {"ended as the other",
@@ -326,7 +336,7 @@ TEST(TextReader, BadGroupsAreRefused) {
       {"display without a name", Without(Display("D"), "NDName"), 106, "NDName"},
       {"empty section", {"BEGIN_TOLERANCE", "END_TOLERANCE"}, 106, "TolName"},
       {"name given twice", Tolerance("T") + Tolerance("U") + Tolerance("T"), 106 + 2 * 21,
-       "line 106"},
+       "TolName 'T' is given twice; name this section or that of line 106 otherwise"},
       {"display given twice", Display("D") + Display("D"), 106 + 37, "line 106"},
   });
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "DiagnosticsCapture.h"
+#include "HostileText.h"
 #include "ParseStandardAccess.h"
 
 namespace {
@@ -39,12 +40,6 @@ std::string Value(int level, char kind, const std::string& value, const std::str
 
 std::string Wrapped(int level, const std::string& name, char kind, const std::string& value) {
   return Node(level, name, Value(level + 1, kind, value));
-}
-
-std::string Repeated(int count, const std::string& text) {
-  std::string all;
-  for (int i = 0; i < count; ++i) all += text;
-  return all;
 }
 
 using Values = std::map<std::string, std::string>;
@@ -126,14 +121,14 @@ std::string General(const std::vector<std::string>& sizes) {
   const std::string none = Value(3, 's', "");
   return Node(
       1, "General",
-      Node(2, "AllowedToleranceFormats", Repeated(50, none)) +
+      Node(2, "AllowedToleranceFormats", Repeated(none, 50)) +
           Wrapped(2, "DefaultToleranceFormat", 's', "") +
-          Node(2, "AllowedNumericalFormats", Repeated(50, none)) +
+          Node(2, "AllowedNumericalFormats", Repeated(none, 50)) +
           Wrapped(2, "DefaultNumericalFormatLength", 's', "NUM.DIMM") +
           Wrapped(2, "DefaultNumericalFormatAngle", 's', "NUM.ADMS") +
-          Node(2, "AllowedTextFonts", Repeated(100, none)) +
+          Node(2, "AllowedTextFonts", Repeated(none, 100)) +
           Wrapped(2, "DefaultTextFont", 's', "") +
-          Node(2, "AllowedTextFontSizes", sizeValues + Repeated(100, Value(3, 'f', "0.0"))) +
+          Node(2, "AllowedTextFontSizes", sizeValues + Repeated(Value(3, 'f', "0.0"), 100)) +
           Wrapped(2, "DefaultTextFontSize", 'f', "3.5"));
 }
 
@@ -279,7 +274,7 @@ TEST(Version0, ThicknessTableHas8AvailableAnd47UnavailableThicknesses) {
         {"Availability", "1"}, {"Pixel", std::to_string(++pixel)}, {"mm", thickness}};
     table += Element(1, "typeval", "VyrThickness", Members(2, kThickness, values));
   }
-  table += Repeated(47, Element(1, "typeval", "VyrThickness", Members(2, kThickness)));
+  table += Repeated(Element(1, "typeval", "VyrThickness", Members(2, kThickness)), 47);
   const std::string text = Access::Written(VyrDrwParseStandard("s"), Access::kThicknessTable);
   EXPECT_EQ(text, "\n" + Node(1, "LineThickness", table));
   EXPECT_EQ(CountOf(text, "<std:typeval "), 55);

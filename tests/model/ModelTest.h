@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "DiagnosticsCapture.h"
+#include "TreeDifference.h"
 #include "VyrAnnStandardXMLNode.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrAnnStandardXMLValue.h"
@@ -72,12 +73,6 @@ inline void AddString(Node& node, std::string_view name, std::string_view text) 
   node.AddValue(NewValue(Value::ValueString, text, name).Get(), -1);
 }
 
-inline std::string Describe(const Value& value) {
-  constexpr const char* types[] = {"?", "int", "float", "string", "enum", "color"};
-  return std::string(types[value.GetType()]) + " " + value.GetValueName().CString() +
-         (value.GetRangeVal() != 0 ? ">=" : "=") + value.GetValue().CString();
-}
-
 /// A small tree on one line, as `plain Dimension(int X=5, ...){plain A, ...}`; the name of a value
 /// stands before its "=", which is ">=" when its range flag is set.
 inline std::string Describe(const Node& node) {
@@ -108,39 +103,6 @@ inline std::string DescribeAt(Document& document, const char* path) {
 inline std::string Describe(Document& document) {
   return DescribeAt(document, "Enum") + "\n" + DescribeAt(document, "TypeDef") + "\n" +
          DescribeAt(document, "Root");
-}
-
-inline std::string DescribeDifference(const Node& a, const Node& b) {
-  const bool isSame = a.GetNodeType() == b.GetNodeType() && a.GetNodeName() == b.GetNodeName() &&
-                      a.GetNumOfNode() == b.GetNumOfNode() &&
-                      a.GetNumOfValue() == b.GetNumOfValue();
-  if (!isSame) {
-    return std::string("nodes '") + a.GetNodeName().CString() + "' and '" +
-           b.GetNodeName().CString() + "' differ";
-  }
-  for (std::size_t i = 0; i < a.GetValues().size(); ++i) {
-    const Value& x = *a.GetValues()[i];
-    const Value& y = *b.GetValues()[i];
-    if (x.GetType() != y.GetType() || !(x.GetValueName() == y.GetValueName()) ||
-        !(x.GetValue() == y.GetValue()) || x.GetRangeVal() != y.GetRangeVal()) {
-      return "values '" + Describe(x) + "' and '" + Describe(y) + "' differ";
-    }
-  }
-  return {};
-}
-
-/// Empty when two trees, of any depth, are equal in every field; else the first difference.
-inline std::string FindDifference(const Node& first, const Node& second) {
-  std::vector<std::pair<const Node*, const Node*>> work = {{&first, &second}};
-  while (!work.empty()) {
-    const auto [a, b] = work.back();
-    work.pop_back();
-    if (std::string difference = DescribeDifference(*a, *b); !difference.empty()) return difference;
-    for (std::size_t i = 0; i < a->GetNodes().size(); ++i) {
-      work.emplace_back(a->GetNodes()[i].Get(), b->GetNodes()[i].Get());
-    }
-  }
-  return {};
 }
 
 /// Number of references to an object.

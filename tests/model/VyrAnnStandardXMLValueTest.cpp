@@ -4,6 +4,8 @@
 namespace modeltest {
 namespace {
 
+class ValueCheck : public ModelTest {};
+
 TEST(Value, TypesHaveTheNumbersOfTheContract) {
   EXPECT_EQ(Value::ValueInt, 1);
   EXPECT_EQ(Value::ValueFloat, 2);
@@ -43,6 +45,15 @@ TEST(Value, CloneHasTheFourFieldsAndIsIndependent) {
   copy->SetValue("3.0");
   copy->SetRangeVal(0);
   EXPECT_EQ(Describe(*value), "float 0.5>=2.0");
+}
+
+TEST_F(ValueCheck, UndefinedLiteralIsReportedOnOneLineWhateverTheTextsHold) {
+  const Node_var enums = NewNode("Enum");
+  const Value_var value = NewValue(Value::ValueEnum, "x\nEnum undefined: forged", "Yes\u2028No");
+  EXPECT_EQ(value->Check(enums.Get(), "Enum undefined: Root.a\rb"), 1);
+  EXPECT_THAT(TakeTraces(),
+              testing::ElementsAre("Enum undefined: Root.a b.x Enum undefined: forged with enum "
+                                   "\"Yes No\"\n"));
 }
 
 TEST(Node, ConstructionGivesAnEmptyNode) {

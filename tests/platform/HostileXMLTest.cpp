@@ -12,13 +12,11 @@
 #include <functional>
 #include <utility>
 
+#include "HostileText.h"
 #include "ProcessApart.h"
 #include "TemporaryFolder.h"
-#include "VyrShownText.h"
 #include "VyrUtf8.h"
-#include "VyrXMLMarkupLimits.h"
 #include "VyrXMLReader.h"
-#include "VyrXMLTreeBuilder.h"
 #include "XMLTest.h"
 
 // Files made to harm: refused with a message that helps, or read, in time and memory that are in
@@ -28,16 +26,6 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
-
-constexpr std::size_t kMillion = kIsSanitized ? 100'000 : 1'000'000;
-constexpr std::size_t kManyBytes = kIsSanitized ? 20'000'000 : 200'000'000;
-
-/// Texts one after the other, each made from its number.
-std::string Numbered(std::size_t count, const std::function<std::string(std::string)>& make) {
-  std::string text;
-  for (std::size_t i = 0; i < count; ++i) text += make(std::to_string(i));
-  return text;
-}
 
 /// "accepted", or the line and the text of the refusal; "unsound" when it is neither.
 std::string AnswerTo(std::string_view document) {
@@ -414,6 +402,8 @@ TEST(HostileXMLFile, EveryRefusalSaysWhereWhatAndWhatWouldBeRight) {
        "2: holds a zero byte; a standard is XML text, in UTF-8 or as it declares"},
       {"<!DOCTYPE a [<!ENTITY b SYSTEM 'c'>]>\n<a>&b;</a>",
        "2: entity 'b' lies outside the file; a standard must be complete in itself"},
+      {"<!DOCTYPE a [<!ENTITY b SYSTEM 'c'><!ENTITY b 'd'>]>\n<a>&b;</a>",
+       "1: entity 'b' lies outside the file; a standard must be complete in itself"},
   };
   for (const auto& test : cases) EXPECT_EQ(AnswerTo(test.document), test.answer);
 }
@@ -430,24 +420,6 @@ TEST(HostileXMLFile, MessageIsOneShortLineWhateverTheFileHolds) {
     EXPECT_LT(answer.size(), 400u) << document.substr(0, 20);
     EXPECT_EQ(VyrFindInvalidUtf8(answer), std::string_view::npos);
   }
-}
-
-TEST(ShownText, IsOneShortLineOfWholeCharacters) {
-  EXPECT_EQ(VyrShownText(""), "");
-  EXPECT_EQ(VyrShownText("Dimension \u5BF8"), "Dimension \u5BF8");
-  EXPECT_EQ(VyrShownText("a\nb\tc\x1B[0m\x7F"), "a b c [0m ");
-  // Ends of lines and paragraphs beyond ASCII, and more control characters.
-  EXPECT_EQ(VyrShownText("a\u0085b\u2028c\u2029d\u009Be"), "a b c d e");
-  // What would show the letters after it in another order.
-  EXPECT_EQ(VyrShownText("a\u200Eb\u200Fc\u061Cd"), "a?b?c?d");
-  EXPECT_EQ(VyrShownText("\u202A\u202B\u202C\u202D\u202E|\u2066\u2067\u2068\u2069"), "?????|????");
-  // Their neighbours are letters and signs like others.
-  EXPECT_EQ(VyrShownText("\u00A0\u200D\u2010\u2027\u202F\u2065\u206A\u061B"),
-            "\u00A0\u200D\u2010\u2027\u202F\u2065\u206A\u061B");
-  const std::string cut = VyrShownText(Repeated("\u5BF8", 1000));
-  EXPECT_TRUE(cut.ends_with("..."));
-  EXPECT_LT(cut.size(), 200u);
-  EXPECT_EQ(VyrFindInvalidUtf8(cut), std::string_view::npos);
 }
 
 // --- Encodings -----------------------------------------------------------------------------------
@@ -545,49 +517,6 @@ TEST(HostileXMLFile, ConversionTakesMemoryInProportionToo) {
 
 // --- Limits --------------------------------------------------------------------------------------
 
-std::string Attributes(std::size_t count) {
-  return Numbered(count, [](auto n) { return " a" + n + "=''"; });
-}
-
-TEST(XMLMarkupLimits, CountsNothingButTheAttributesOfATag) {
-  const std::string many = Repeated("=<a='", 2000);
-  const std::string most = Attributes(kMostXMLAttributes);
-  for (const std::string& document :
-       {"<r>" + Repeated("x = y ", 2000) + "</r>", "<!--" + many + "--><r/>",
-        "<r><![CDATA[" + many + "]]></r>", "<?p " + many + "?><r/>",
-        "<r a='" + Repeated("= \" > ", 2000) + "'/>", "<r a=\"" + Repeated("= ' > ", 2000) + "\"/>",
-        "<r" + most + ">" + Repeated("x = y ", 2000) + "<s" + most + "/></r>",
-        "<r" + most + "><!--" + most + "--></r" + std::string(5000, ' ') + ">",
-        "<!DOCTYPE r [<!-- ]> ' --><?p ]> \" ?><!ENTITY e \"]>'\">]><r" + most + "/>"}) {
-    EXPECT_FALSE(VyrFindXMLExcess(document)) << document.substr(0, 40);
-    EXPECT_EQ(AnswerTo(document), kAccepted) << document.substr(0, 40);
-  }
-}
-
-TEST(XMLMarkupLimits, FindsTheTagWithOneAttributeTooManyWhereverItStands) {
-  const std::string tag = "<s" + Attributes(kMostXMLAttributes + 1) + "/>";
-  for (const std::string before :
-       {"<r>", "<r>\n<a b='>'/>\n", "<!--\n<--><r>", "<r>\n<![CDATA[<!--]]>", "<?p <!--?>\n<r>",
-        "<!DOCTYPE r [\n<!ENTITY e \"]><!--\"><!-- ' -->]>\n<r>", "<r a=\"<!--\">"}) {
-    const auto excess = VyrFindXMLExcess(before + tag + "</r>");
-    ASSERT_TRUE(excess) << before;
-    EXPECT_EQ(excess->place, before.size()) << before;
-    const auto lines = std::count(before.begin(), before.end(), '\n') + 1;
-    EXPECT_THAT(AnswerTo(before + tag + "</r>"),
-                testing::StartsWith(std::to_string(lines) + ": has"));
-  }
-}
-
-TEST(XMLMarkupLimits, DeclarationMayBeAsLongAsTheLimitAndNoLonger) {
-  const auto document = [](std::size_t size) {
-    const std::string begin = "<!DOCTYPE r [";
-    const std::string end = "]>";
-    return begin + std::string(size - begin.size() - end.size(), ' ') + end + "<r/>";
-  };
-  EXPECT_FALSE(VyrFindXMLExcess(document(kMostXMLDeclarations)));
-  EXPECT_TRUE(VyrFindXMLExcess(document(kMostXMLDeclarations + 1)));
-}
-
 TEST(XMLNamespaces, AreCountedPerOpenElementInAnEntityToo) {
   const auto declared = [](std::size_t count) {
     return Numbered(count, [](auto n) { return " xmlns:p" + n + "='u'"; });
@@ -623,56 +552,6 @@ TEST(XMLNamespaces, AreCountedPerOpenElementInAnEntityToo) {
   for (const auto& test : cases) {
     EXPECT_EQ(AnswerTo(test.make(256)), kAccepted) << test.name;
     EXPECT_THAT(AnswerTo(test.make(257)), HasSubstr(kNestedNamespaces)) << test.name;
-  }
-}
-
-TEST(XMLTreeBuilder, EndsNothingWhenNoElementIsOpen) {
-  VyrXMLTree tree;
-  VyrXMLTreeBuilder builder(tree, 0);
-  builder.EndElement();
-  builder.StartElement({"n", nullptr, nullptr}, 1);
-  builder.EndElement();
-  builder.EndElement();
-  builder.EndDocument();
-  EXPECT_EQ(tree.GetCount(), 2u);
-  EXPECT_EQ(tree.GetParent(1), VyrXMLTree::kDocument);
-  EXPECT_EQ(tree.GetDocumentElement(), 1u);
-}
-
-TEST(XMLTreeBuilder, NamesOfOneNamespaceShareItsText) {
-  VyrXMLTree tree;
-  VyrProblem problem;
-  ASSERT_TRUE(VyrReadXML("<a xmlns='u'><b/><c d=''/></a>", nullptr, tree, problem));
-  const VyrXMLTree moved = std::move(tree);
-  const auto uri = [&](VyrXMLTree::Index item) {
-    return moved.GetName(moved.GetNameId(item)).namespaceURI;
-  };
-  EXPECT_EQ(uri(1), "u");
-  EXPECT_EQ(static_cast<const void*>(uri(1).data()), uri(2).data());
-  EXPECT_EQ(static_cast<const void*>(uri(1).data()), uri(3).data());
-}
-
-TEST(XMLTreeBuilder, TellsWhenTextOfAnyKindOutgrowsTheTree) {
-  using Builder = VyrXMLTreeBuilder;
-  static constexpr Builder::NameKey name = {"n", nullptr, nullptr};
-  const std::function<void(Builder&, std::string_view)> kinds[] = {
-      [](Builder& builder, std::string_view text) { builder.AddText(text, 1); },
-      [](Builder& builder, std::string_view text) { builder.AddAttribute(name, text); },
-      [](Builder& builder, std::string_view text) {
-        builder.AddLeaf(VyrXMLTree::Kind::Comment, text, 1);
-      },
-      [](Builder& builder, std::string_view text) {
-        builder.AddProcessingInstruction(name, text, 1);
-      },
-  };
-  for (const auto& add : kinds) {
-    for (const std::size_t size : {9u, 10u, 11u}) {
-      VyrXMLTree tree;
-      Builder builder(tree, 0, 10);
-      builder.StartElement(name, 1);
-      add(builder, std::string(size, 'x'));
-      EXPECT_EQ(builder.FitsInTree(), size <= 10);
-    }
   }
 }
 

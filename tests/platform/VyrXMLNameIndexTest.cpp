@@ -1,3 +1,4 @@
+#include "HostileText.h"
 #include "VyrXMLNameIndex.h"
 #include "XMLTest.h"
 

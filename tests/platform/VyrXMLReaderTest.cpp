@@ -1,3 +1,4 @@
+#include "HostileText.h"
 #include "TemporaryFolder.h"
 #include "VyrUtf8.h"
 #include "VyrXMLReader.h"
@@ -37,6 +38,10 @@ TEST(XMLReader, FileIsReadInTheEncodingThatItDeclares) {
       {"latin", "<?xml version='1.0' encoding='ISO-8859-1'?><r>\xE9\xB1</r>", "\u00E9\u00B1"},
       {"japanese", "<?xml version='1.0' encoding='Shift_JIS'?><r>\x90\xA1\x96\x40</r>",
        "\u5BF8\u6CD5"},
+      {"instruction of like name", "<?xml-stylesheet encoding='ISO-8859-1'?><r>\u5BF8</r>",
+       "\u5BF8"},
+      {"declaration over several lines", "<?xml\nversion='1.0'\tencoding='ISO-8859-1'?><r>\xE9</r>",
+       "\u00E9"},
   };
   const TemporaryFolder folder;
   for (const auto& test : cases) {

@@ -1,3 +1,4 @@
+#include "HostileText.h"
 #include "VyrBaseUnknown.h"
 #include "VyrXPath.h"
 #include "XMLTest.h"

@@ -109,10 +109,3 @@ inline std::string TextOf(const Parsed& parsed) {
   }
   return text;
 }
-
-inline std::string Repeated(std::string_view text, std::size_t count) {
-  std::string repeated;
-  repeated.reserve(text.size() * count);
-  for (std::size_t i = 0; i < count; ++i) repeated += text;
-  return repeated;
-}

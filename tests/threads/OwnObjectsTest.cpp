@@ -7,6 +7,7 @@
 
 #include "DiagnosticsCapture.h"
 #include "OnThreads.h"
+#include "QuietDiagnostics.h"
 #include "TemporaryFolder.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDifTransientStandard.h"
@@ -105,11 +106,7 @@ class OwnObjects : public testing::Test {
 
  private:
   // Reports of several threads would else have to be collected under a lock.
-  static void Discard(std::string_view) {}
-  struct Quiet {
-    VyrDiagnosticSinks before = VyrSetDiagnosticSinks({Discard, Discard, Discard, Discard});
-    ~Quiet() { VyrSetDiagnosticSinks(std::move(before)); }
-  } quiet_;
+  const QuietDiagnostics quiet_;
 };
 
 TEST_F(OwnObjects, DocumentsAreReadEditedAndSavedAtTheSameTime) {

@@ -1,7 +1,5 @@
 #include "StandardSnapshot.h"
 
-#include <utility>
-
 #include "Format.h"
 
 namespace {
