@@ -71,24 +71,42 @@ function(hol_install_the_rest prefix)
     DESTINATION ${header_folder}
     COMPONENT ${prefix}development ${ARGN})
 
+  # With the texts that they are made from: the documents begin with these.
   install(DIRECTORY standards/
     DESTINATION ${standards_folder}
     COMPONENT ${prefix}standards ${ARGN}
-    FILES_MATCHING PATTERN "*.xml" PATTERN legacy EXCLUDE)
+    FILES_MATCHING PATTERN "*.xml" PATTERN "legacy/*.txt")
 
   if(TARGET holstd)
     install(TARGETS holstd RUNTIME
       DESTINATION ${CMAKE_INSTALL_BINDIR}
       COMPONENT ${prefix}tool ${ARGN})
-    # Manual pages and completions that the build leaves where an installation has them.
-    foreach(folder man bash-completion zsh fish)
+    # Manual pages and completions, which the build leaves where an installation has them.
+    foreach(folder man bash-completion zsh)
       install(DIRECTORY ${PROJECT_BINARY_DIR}/share/${folder}
         DESTINATION ${CMAKE_INSTALL_DATADIR}
-        COMPONENT ${prefix}tool ${ARGN}
-        OPTIONAL)
+        COMPONENT ${prefix}tool ${ARGN})
     endforeach()
   endif()
 endfunction()
 
+# hol_install_documents(PREFIX TOOL_FOLDER MODULE_FOLDER [EXCLUDE_FROM_ALL]): below share/doc what is
+# read, in TOOL_FOLDER, and the examples, in MODULE_FOLDER.
+function(hol_install_documents prefix tool_folder module_folder)
+  set(documents_folder ${CMAKE_INSTALL_DATADIR}/doc)
+  install(FILES README.md CHANGELOG.md
+    DESTINATION ${documents_folder}/${tool_folder}
+    COMPONENT ${prefix}tool ${ARGN})
+  # reference.md is the title page of the reference that a clone makes.
+  install(DIRECTORY docs
+    DESTINATION ${documents_folder}/${tool_folder}
+    COMPONENT ${prefix}tool ${ARGN}
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN reference.md EXCLUDE)
+  install(DIRECTORY examples
+    DESTINATION ${documents_folder}/${module_folder}
+    COMPONENT ${prefix}development ${ARGN})
+endfunction()
+
 hol_install_library(${CMAKE_INSTALL_LIBDIR} "")
 hol_install_the_rest("")
+hol_install_documents("" HolStandardInfra HolStandardInfra)

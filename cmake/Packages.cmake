@@ -11,6 +11,7 @@ set(standards_package holstandardinfra-standards)
 
 hol_install_library(lib/${CMAKE_LIBRARY_ARCHITECTURE} deb- EXCLUDE_FROM_ALL)
 hol_install_the_rest(deb- EXCLUDE_FROM_ALL)
+hol_install_documents(deb- ${tool_package} ${development_package} EXCLUDE_FROM_ALL)
 # Below /usr the loader finds the library by itself.
 install(CODE "file(RPATH_REMOVE
     FILE \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/holstd\")"
@@ -77,16 +78,20 @@ hol_package(${runtime_package} deb-runtime libs
 hol_package(${development_package} deb-development libdevel
   "${runtime_package} (= ${full_version})"
   "development files"
-  "This package holds the headers and what find_package and pkg-config read.")
+  "This package holds the headers, what find_package and pkg-config read, and
+the example of a module.")
+set(CPACK_DEBIAN_DEB-DEVELOPMENT_PACKAGE_SUGGESTS ${tool_package})
 hol_package(${tool_package} deb-tool graphics
   "${runtime_package} (>= ${PROJECT_VERSION})"
   "command line tool"
   "This package holds holstd, which converts, upgrades, edits and checks
-standards and answers questions about them.")
+standards and answers questions about them, and the documents.")
+set(CPACK_DEBIAN_DEB-TOOL_PACKAGE_SUGGESTS bash-completion)
 hol_package(${standards_package} deb-standards graphics
   ""
   "ISO, JIS, ANSI and ASME"
-  "This package holds the shipped standards as XML.")
+  "This package holds the shipped standards as XML, and the text standards that
+they are made from.")
 set(CPACK_DEBIAN_DEB-STANDARDS_PACKAGE_ARCHITECTURE all)
 
 include(CPack)

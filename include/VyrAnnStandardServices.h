@@ -56,8 +56,8 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardServices {
   /// What the standard says in "Dimension.ParentStandard": "ISO", "JIS" or "ANSI", which an ASME
   /// standard says, too; empty when it does not say. `E_FAIL` without a document.
   HRESULT GetStandardParentName(VyrUnicodeString& name);
-  /// The format version, 1 to 220. `E_FAIL`, with what was found in `version`, when it is below 1;
-  /// `E_FAIL`, with `version` left alone, without a document.
+  /// The format version, 1 to the current one. `E_FAIL`, with what was found in `version`, when it
+  /// is below 1; `E_FAIL`, with `version` left alone, without a document.
   HRESULT GetVersion(int& version);
   /// 1 when the format version is at least `version`, else 0: whether a drawing that needs what
   /// `version` has can be switched to this standard. 0 without a document.

@@ -6,9 +6,9 @@
 
 /// How the content of a drafting standard is dated. Two numberings exist: the release of the
 /// application that wrote a standard (1 to 21, then 210 to 216 and 417 to 421) and the format
-/// version of the standard itself (0, 1, 2, then 30 to 220), which a document carries and the
-/// upgrade steps move on. All operations are static and keep no state but one flag: they may be
-/// called from any thread.
+/// version of the standard itself (0, 1, 2, then 30 to the current version), which a document
+/// carries and the upgrade steps move on. All operations are static and keep no state but one flag:
+/// they may be called from any thread.
 class HOLSTANDARDINFRA_EXPORT VyrDftStdPersistence {
  public:
   VyrDftStdPersistence() = delete;
@@ -33,13 +33,13 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStdPersistence {
     NodeRemoved = 1,  ///< the document is at least of the release when the node is absent
   };
 
-  /// The format version that this release writes: 220.
+  /// The current format version, which this release writes.
   static int GetCurrentVersion();
   /// The format version that a release wrote; -1 for a number that is no release (19 among them).
   /// The second argument means nothing.
   static int GetVersionFromRelease(int release, int = 0);
-  /// 1 when a document may carry `version` in its version node (110 to 220 in steps of 10: before,
-  /// documents carried none), else 0.
+  /// 1 when a document may carry `version` in its version node (110 to the current version in steps
+  /// of 10: before, documents carried none), else 0.
   static int CheckExplicitVersionNumberIsValid(int version);
   /// The node whose presence or absence tells the release, relative to the root. For a release
   /// outside 10 to 18 `E_FAIL`, reported, and the outputs are left alone: those before had no node

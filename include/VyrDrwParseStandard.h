@@ -60,7 +60,7 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   int GetParentStandardId() const;
   /// Format version of what was read; 0 before, and for a text standard.
   int GetVersion() const { return version_; }
-  /// The format version that this release writes: 220.
+  /// The format version that this release writes, the current one.
   static int GetCurrentVersion();
 
   /// Reads the file if that was not done, then writes to the trace channel "VyrDftStandardOutput"

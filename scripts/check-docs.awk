@@ -1,10 +1,22 @@
 # Reads the runs of a document: fences "console" with lines "$ command" (a line "> more" goes on with
 # the command above it) and what the command prints, and fences with two words, "xml site.xml", which
-# hold a file that the commands below them find.
+# hold a file that the commands below them find. A fence "sh by-hand" is listed and not run; commands
+# in any other fence are an error.
 #   awk -v mode=split -v steps=FOLDER ...  writes each step into FOLDER: N.command, N.expected, N.line
 #   awk -v mode=print -v steps=FOLDER ...  prints the document; a step with N.differs as it was run
 
 function part(suffix) { return steps "/" step suffix }
+
+function complain(text) {
+  printf "%s:%d: %s\n", FILENAME, FNR, text > "/dev/stderr"
+  status = 1
+}
+
+# Words that begin a command: a program's name, or a path of the sources with a name behind it.
+function is_command(line) {
+  return line ~ /^(\$ +)?(sudo|apt|apt-get|cmake|ctest|ninja|make|cc|c\+\+|g\+\+|git|cd|cp|mv|rm|ln|mkdir|export|holstd)( |$)/ ||
+         line ~ /^(\$ +)?(\.|\.ci|build|scripts)\/[a-z]/
+}
 
 function begin_step() {
   end_step()
@@ -38,9 +50,12 @@ function is_replaced(  differs, found) {
   return found
 }
 
+BEGIN {
+  unrun = "commands that nobody runs; make it a \"console\" block, or \"sh by-hand\" where they cannot be run"
+}
+
 /^ +```(console|sh|bash|shell)/ {
-  printf "%s:%d: a block of commands that is indented and so not run\n", FILENAME, FNR > "/dev/stderr"
-  status = 1
+  complain("a block of commands that is indented and so not run")
 }
 
 /^```/ {
@@ -50,7 +65,11 @@ function is_replaced(  differs, found) {
   } else {
     words = split(substr($0, 4), word, " ")
     fence = words == 0 ? "text" : word[1]
-    if (words == 2) {
+    if (words == 2 && word[2] == "by-hand") {
+      fence = "by-hand"
+      if (word[1] != "sh") complain("\"by-hand\" stands after \"sh\" only")
+      if (mode == "split") printf "%s:%d: by hand, not run here\n", FILENAME, FNR > "/dev/stderr"
+    } else if (words == 2) {
       fence = "file"
       begin_step()
       if (mode == "split") {
@@ -58,11 +77,7 @@ function is_replaced(  differs, found) {
         printf "" > part(".file")
       }
     }
-    if (fence ~ /^(sh|bash|shell)$/ && FILENAME !~ /README/) {
-      printf "%s:%d: a block of commands that nobody runs; make it a \"console\" block\n", \
-             FILENAME, FNR > "/dev/stderr"
-      status = 1
-    }
+    if (fence ~ /^(sh|bash|shell)$/) complain(unrun)
   }
   if (mode == "print") print
   next
@@ -75,6 +90,7 @@ fence == "file" {
 }
 
 fence != "console" {
+  if (fence == "text" && is_command($0)) complain(unrun)
   if (mode == "print") print
   next
 }
@@ -89,8 +105,7 @@ fence != "console" {
 
 {
   if (!is_open) {
-    printf "%s:%d: a console block begins with \"$ command\"\n", FILENAME, FNR > "/dev/stderr"
-    status = 1
+    complain("a console block begins with \"$ command\"")
     next
   }
   has_output = 1

@@ -1,24 +1,30 @@
 #!/usr/bin/env bash
-# check-docs.sh [--bin FOLDER] [--print] [DOC...]: fails when a command in a document prints other
-# than the document says. Without DOC all documents are checked.
+# check-docs.sh [--bin FOLDER] [--standards FOLDER] [--print] [DOC...]: fails when a command in a
+# document prints other than the document says. Without DOC all documents are checked.
 #
 # The commands of a document's "console" blocks run one after the other in a new folder, which holds
 # a copy of standards/ and the files that the document itself shows ("```xml site.xml"). A line "..."
 # stands for any number of lines; blank lines at the end of an output do not count.
 #
-#   --bin FOLDER  takes the tool from FOLDER and builds nothing
-#   --print       prints the document with what its commands print now, for whoever writes it
+# Commands stand in no other blocks, but for "```sh by-hand": what root does, or what needs the
+# sources, an installation or a module of the reader's. Those are listed, and other checks run them.
+#
+#   --bin FOLDER        takes the tool from FOLDER and builds nothing
+#   --standards FOLDER  takes that copy of standards/, as a package brings it
+#   --print             prints the document with what its commands print now, for whoever writes it
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
 
 bin=
+standards=$PWD/standards
 is_printing=
 while [ $# -gt 0 ]; do
   case $1 in
     --bin) bin=$(realpath "$2"); shift 2 ;;
+    --standards) standards=$(realpath "$2"); shift 2 ;;
     --print) is_printing=1; shift ;;
-    -*) fail "$1 is no option; there are --bin FOLDER and --print" ;;
+    -*) fail "$1 is no option; there are --bin FOLDER, --standards FOLDER and --print" ;;
     *) break ;;
   esac
 done
@@ -86,7 +92,7 @@ check_document() {
   local document=$1 steps=$scratch/steps folder=$scratch/run step line status=0
   rm -rf "$steps" "$folder"
   mkdir "$steps" "$folder"
-  cp -r standards "$folder"
+  cp -r "$standards" "$folder/standards"
   awk -v mode=split -v steps="$steps" -f scripts/check-docs.awk "$document" >&2 || status=1
   run_steps "$steps" "$folder"
   for ((step = 1; ; ++step)); do

@@ -6,6 +6,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
 
+grep -qxF "apt install $packages_build" README.md ||
+  fail "README.md does not name the packages that the build needs: apt install $packages_build"
 require_packages $packages_build $packages_use
 build_preset release
 folder=$(mktemp -d)
@@ -42,11 +44,12 @@ export WOB_ODT_OUT="$folder/work"
 cmp "$folder/work/ISO.xml" "$tree/share/HolStandardInfra/standards/ISO.xml"
 scripts/check-tutorial.sh "$folder/output.txt"
 
-say "building a program by pkg-config"
+say "building a program by pkg-config, by the line of the README"
 libraries=$(dirname "$(find "$tree" -name libHolStandardInfra.so)")
 export PKG_CONFIG_PATH="$libraries/pkgconfig"
-g++ -std=c++20 tests/package/across_boundary.cpp \
-  $(pkg-config --cflags --libs HolStandardInfra) -o "$folder/across_boundary"
-LD_LIBRARY_PATH="$libraries" "$folder/across_boundary"
+line=$(grep '^c++ .* module\.cpp ' README.md || true)
+[ -n "$line" ] || fail "README.md does not say how a module is built without CMake"
+cp tests/package/across_boundary.cpp "$folder/module.cpp"
+(cd "$folder" && eval "$line" && ./module)
 [ -f "$(pkg-config --variable=standardsdir HolStandardInfra)/ISO.xml" ] ||
   fail "pkg-config does not lead to the standards"

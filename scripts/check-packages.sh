@@ -1,19 +1,28 @@
 #!/usr/bin/env bash
 # Fails when the Debian packages do not serve: they are installed in a fresh Debian of the release of
-# this machine, where the tool runs, programs are built by find_package and by pkg-config, and
-# nothing is left when they are removed.
+# this machine, where the tool runs, the commands of the installed documents print what they say,
+# programs are built by find_package and by pkg-config, and nothing is left when they are removed.
 #
-# Where no fresh Debian can be made (not root, no chroot, no debootstrap) or with --unpack, they are
-# unpacked into a folder instead, and it is said so: what they depend on is then not shown.
+# A fresh Debian is made by root, by chroot and debootstrap. With --unpack the packages are unpacked
+# into a folder instead: what they depend on is then not shown.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
 [ "$#" -eq 0 ] || [ "$*" = --unpack ] || fail "usage: $0 [--unpack]"
 
+# require_fresh_debian: says why no Debian of its own can be installed and entered here.
+require_fresh_debian() {
+  local otherwise="a fresh Debian cannot be made; --unpack shows what can be shown without one"
+  [ "$(id -u)" -eq 0 ] || fail "this is not root: $otherwise"
+  chroot / true || fail "chroot is not allowed here: $otherwise"
+  unshare --mount --propagation private true || fail "nothing can be mounted here: $otherwise"
+  (require_packages debootstrap) || fail "there is no debootstrap: $otherwise"
+}
+
 # In a mount namespace of its own whatever is mounted ends with the script, however it ends.
-if [ "${1:-}" != --unpack ] && [ -z "${HOL_OWN_MOUNTS:-}" ] && [ "$(id -u)" -eq 0 ] &&
-   unshare --mount --propagation private true 2>/dev/null; then
-  HOL_OWN_MOUNTS=1 exec unshare --mount --propagation private "$0"
+if [ "${1:-}" != --unpack ] && [ -z "${HOL_OWN_MOUNTS:-}" ]; then
+  require_fresh_debian
+  HOL_OWN_MOUNTS=1 exec unshare --mount --propagation private scripts/check-packages.sh
 fi
 
 scripts/make-packages.sh
@@ -24,12 +33,6 @@ root=$folder/root
 trap 'umount -R "$root" 2>/dev/null || true
       rm -rf --one-file-system "$folder"' EXIT
 triplet=$(g++ -print-multiarch)
-
-# can_make_root: true when a Debian of its own can be installed and entered here.
-can_make_root() {
-  [ -n "${HOL_OWN_MOUNTS:-}" ] && chroot / true 2>/dev/null && command -v apt-get >/dev/null &&
-    (require_packages debootstrap) >/dev/null 2>&1
-}
 
 # quietly COMMAND...: shows what the command prints only when it fails.
 quietly() {
@@ -107,6 +110,15 @@ check_tool() {
   grep -q ISO "$folder/standards.txt" || fail "the tool does not find the shipped standards"
 }
 
+check_files_beside_tool() {
+  local file
+  for file in man/man1/holstd.1 bash-completion/completions/holstd \
+              zsh/vendor-completions/_holstd; do
+    [ -f "$root/usr/share/$file" ] || [ -f "$root/usr/share/$file.gz" ] ||
+      fail "/usr/share/$file is not installed"
+  done
+}
+
 check_removal() {
   say "removing the packages"
   local package file names=()
@@ -126,11 +138,20 @@ check_in_fresh_debian() {
   install_inside '/packages/holstd_*.deb' '/packages/libholstandardinfra[0-9]*.deb' \
     '/packages/holstandardinfra-standards_*.deb'
   check_tool inside
+  check_files_beside_tool
+  # Of the sources only what runs the commands.
+  cp -r scripts "$root/sources/"
+  install_inside jq
+  say "running the commands of the installed documents"
+  quietly inside sh -c '/sources/scripts/check-docs.sh --bin /usr/bin \
+    --standards /usr/share/HolStandardInfra/standards \
+    /usr/share/doc/holstd/README.md /usr/share/doc/holstd/docs/*.md'
 
   install_inside '/packages/libholstandardinfra-dev_*.deb' $packages_use
-  cp -r examples/drafting-module tests/package/across_boundary.cpp "$root/sources/"
+  cp tests/package/across_boundary.cpp "$root/sources/"
   say "building by find_package"
-  quietly inside cmake -S /sources/drafting-module -B /build -G Ninja
+  quietly inside cmake -B /build -G Ninja \
+    -S /usr/share/doc/libholstandardinfra-dev/examples/drafting-module
   quietly inside cmake --build /build
   inside mkdir /work
   inside env WOB_ODT_OUT=/work /build/drafting_module >"$folder/output.txt"
@@ -150,13 +171,16 @@ here() {
 }
 
 check_in_folder() {
-  say "NOTE: no fresh Debian; unpacking into a folder, dependencies are not shown"
+  say "unpacking into a folder; what the packages depend on is not shown"
   require_packages $packages_use
   mkdir -p "$root/var/lib/dpkg/"{info,updates,triggers}
   touch "$root/var/lib/dpkg/status" "$root/var/lib/dpkg/available"
   quietly dpkg --root="$root" --force-not-root --force-depends --force-bad-path \
     --log=/dev/null --unpack "$packages"/*.deb
   check_tool here
+  check_files_beside_tool
+  LD_LIBRARY_PATH="$root/usr/lib/$triplet" scripts/check-docs.sh --bin "$root/usr/bin" \
+    --standards "$root/usr/share/HolStandardInfra/standards" "$root/usr/share/doc/holstd/README.md"
 
   export LD_LIBRARY_PATH="$root/usr/lib/$triplet" WOB_ODT_OUT="$folder/work"
   mkdir "$WOB_ODT_OUT"
@@ -170,9 +194,9 @@ check_in_folder() {
 }
 
 check_control
-if [ "${1:-}" != --unpack ] && can_make_root; then
-  check_in_fresh_debian
-else
+if [ "${1:-}" = --unpack ]; then
   check_in_folder
+else
+  check_in_fresh_debian
 fi
 scripts/check-tutorial.sh "$folder/output.txt"

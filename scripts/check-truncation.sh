@@ -8,5 +8,8 @@ cd "$(dirname "$0")/.."
 require_packages $packages_test
 build_preset test
 say "cutting standards/ISO.xml after each of its bytes"
-HOL_TRUNCATE_AT_EVERY_BYTE=1 build/test/bin/hol_platform_tests \
-  --gtest_filter='*ShippedStandardCutAtAnyByte*'
+tests=build/test/bin/hol_platform_tests
+filter='--gtest_filter=*ShippedStandardCutAtAnyByte*'
+# A filter that nothing matches passes.
+"$tests" "$filter" --gtest_list_tests | grep -q '^  ' || fail "there is no test for $filter"
+HOL_TRUNCATE_AT_EVERY_BYTE=1 "$tests" "$filter"

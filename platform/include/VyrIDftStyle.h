@@ -42,7 +42,7 @@ class VyrIDftStyle : public IUnknown {
   /// 1 when the path finds at least one element, else 0, as without a standard. Unlike the queries
   /// above, it looks in the whole standard and not below the style.
   virtual unsigned char HasNode(const char* path) = 0;
-  /// Format version of the standard (0 to 220); -1 without one.
+  /// Format version of the standard (0 to the current version); -1 without one.
   virtual int GetStdVersion() = 0;
   /// The standard as the manager of its styles, with a reference for the caller. `manager` must
   /// point to null, else `E_INVALIDARG`. `E_UNEXPECTED`, reported, without a standard and when it

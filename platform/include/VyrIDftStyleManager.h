@@ -26,7 +26,7 @@ class VyrIDftStyleManager : public IUnknown {
                                      const unsigned short* extra) = 0;
   /// A place that no standard answers: `E_NOTIMPL`, reported.
   virtual HRESULT ReservedN() = 0;
-  /// Format version of the standard (0 to 220). `E_INVALIDARG` for a null pointer.
+  /// Format version of the standard (0 to the current version). `E_INVALIDARG` for a null pointer.
   virtual HRESULT GetVersion(int* version) = 0;
   /// Name of the style that new objects of a type get; "Default" until another was set.
   virtual HRESULT GetCurrentStyle(const unsigned short* type, unsigned short** name,

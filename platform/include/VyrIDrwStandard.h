@@ -53,7 +53,7 @@ class VyrIDrwStandard : public IUnknown {
   virtual HRESULT ReservedC() = 0;
   virtual HRESULT ReservedD() = 0;
   /// @}
-  /// Format version of the standard (0 to 220); 0 when the file cannot be read.
+  /// Format version of the standard (0 to the current version); 0 when the file cannot be read.
   virtual int GetVersion() = 0;
   /// How annotations are placed; standards know one way only, 0. `E_INVALIDARG` for a null pointer.
   virtual HRESULT GetAnnotationMode(int* mode) = 0;
