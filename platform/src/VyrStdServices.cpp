@@ -15,6 +15,7 @@
 #include "VyrShippedStandards.h"
 #include "VyrSystemText.h"
 #include "VyrUtf8.h"
+#include "VyrWithinMemory.h"
 
 namespace {
 
@@ -78,7 +79,7 @@ Source FindSource(const std::string& name) {
     }
     if (status.type() != fs::file_type::none || error == std::errc::filename_too_long) continue;
     source.problems += source.problems.empty() ? "" : ", ";
-    source.problems += folder + " cannot be searched: " + error.message();
+    source.problems += folder + " cannot be searched: " + VyrSystemText(error.value());
   }
   return source;
 }
@@ -127,6 +128,18 @@ std::string Update(const std::string& target, const Copy& source) {
                     : VyrSaveFile(target, source.content, source.time);
 }
 
+HRESULT CopyFound(const char* name, const char* targetPath) {
+  const Source source = FindSource(name);
+  if (source.path.empty()) return NoSuchStandard(name, source.problems);
+  if (!source.problems.empty()) Report(name, "is taken from elsewhere: " + source.problems);
+  Copy copy;
+  if (const std::string problem = ReadCopy(source.path, copy); !problem.empty()) {
+    return Failed(source.path.string(), problem);
+  }
+  const std::string problem = Update(VyrNativePath(targetPath), copy);
+  return problem.empty() ? S_OK : Failed(targetPath, problem);
+}
+
 }  // namespace
 
 VyrListValVyrUnicodeString* VyrStdServices::GetStandardFiles(const char* type) {
@@ -164,15 +177,7 @@ HRESULT VyrStdServices::CopyStandard(const char* name, const char* type, const c
   if (type != kDraftingType) {
     return Failed(name, "is not found: there are no standards of the type " + std::string(type));
   }
-  const Source source = FindSource(name);
-  if (source.path.empty()) return NoSuchStandard(name, source.problems);
-  if (!source.problems.empty()) Report(name, "is taken from elsewhere: " + source.problems);
-  Copy copy;
-  if (const std::string problem = ReadCopy(source.path, copy); !problem.empty()) {
-    return Failed(source.path.string(), problem);
-  }
-  const std::string problem = Update(VyrNativePath(targetPath), copy);
-  return problem.empty() ? S_OK : Failed(targetPath, problem);
+  return VyrWithinMemory([&] { return CopyFound(name, targetPath); }, [] { return E_FAIL; });
 }
 
 bool VyrStdServices::IsStandardName(std::string_view name) {

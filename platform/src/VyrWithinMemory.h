@@ -8,9 +8,10 @@
 
 // What reads, decodes, converts, upgrades, saves, replaces and restores lets no exception out: work
 // that memory runs out for is refused like work on a file that cannot be read. That holds for every
-// exported operation that has a result or a problem to say so. What only gives an answer, such as a
-// path, a value or a list of names, has none and throws std::bad_alloc when there is no memory even
-// for that.
+// exported operation of these that has a result or a problem to say so. What only gives an answer,
+// such as a path, a value or a list of names, throws std::bad_alloc when there is no memory even
+// for that. So does a path command: an upgrade is made of them, and must break off rather than go
+// on without one.
 
 inline constexpr const char* kVyrOutOfMemory =
     "needs more memory than there is; end other programs, or split the file";

@@ -93,7 +93,8 @@ TEST_F(Manual, AndTheHelpSayARangeInWords) {
   for (const std::string& command : Commands()) {
     for (const std::string& text :
          {RunTool({command, "--help"}).out, Plain(Page("holstd-" + command))}) {
-      EXPECT_THAT(text, testing::Not(testing::ContainsRegex("INT|in \\[[0-9]|[A-Z]:[A-Z]"))) << command;
+      EXPECT_THAT(text, testing::Not(testing::ContainsRegex("INT|in \\[[0-9]|[A-Z]:[A-Z]")))
+          << command;
     }
   }
   EXPECT_THAT(RunTool({"get", "--help"}).out, HasSubstr("1 or more"));
