@@ -48,6 +48,8 @@ constexpr BadCommand kBadCommands[] = {
      "brackets, which commands do not take; a path means "
      "the first 'FrameDef' there"},
     {"delete Root.Frames.FrameDef[2]", "which commands do not take"},
+    {"change Root.Frames.FrameDef.Name:X", "a command names it 'Root.Frames.FrameDef:Name'"},
+    {"node Root.Frames.FrameDef.Name:X", "'Root.Frames.FrameDef.Name' is a value, not a node"},
     {"value Root.Frames.FrameDef[2]:A:int:1", "which commands do not take"},
     {"change Root..Dimension.DIMLTail:1", "two dots follow each other; did you mean "},
     {"change Root.dimension.dimltail:1", "did you mean 'Root.Dimension.DIMLTail'?"},

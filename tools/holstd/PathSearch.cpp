@@ -292,7 +292,11 @@ std::string MissingBranch(const Items& items, const std::string& path) {
           ConsiderBelow(items, {*holder}, true, nearest);
         }
       });
-  if (!correction.isNeeded) return Quoted(path) + " has nothing of the kind";
+  if (!correction.isNeeded) {
+    const std::size_t dot = path.rfind('.');
+    return Quoted(path) + " is a value, not a node; a command names it " +
+           Quoted(path.substr(0, dot) + ":" + path.substr(dot + 1));
+  }
   const auto holder = FindPlace(items, correction.below);
   const std::string howMany = HowMany(items, correction, holder);
   if (!howMany.empty()) correction.path = correction.nearest = {};
