@@ -42,7 +42,8 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   virtual ~VyrDrwParseStandard();
 
   /// Reads the file as an XML standard, once. When it cannot be read, for want of memory too,
-  /// `GetProblem` says why, the object counts as not decoded and its document is an empty one.
+  /// `GetProblem` says why, the object counts as not decoded and its document is an empty one;
+  /// there is none when not even that could be made.
   void Decode();
   /// Reads the file as a text standard of the old generation, once: then decoded, of version 0 and
   /// without a document. `E_FAIL`, and nothing is kept, when the text is not valid; `GetProblem`

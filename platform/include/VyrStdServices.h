@@ -38,6 +38,8 @@ class HOLSTANDARDINFRA_EXPORT VyrStdServices {
 
   /// The folders that are searched, in order, whether or not they exist.
   static std::vector<std::string> GetFolders();
+  /// The folder of the standards that came with the library; empty when it has none.
+  static std::string GetShippedFolder();
   /// Replaces the folders; an empty list restores the default, an empty name is no folder. Not
   /// synchronised: a host sets its folders before it uses the library.
   static void SetFolders(std::vector<std::string> folders);

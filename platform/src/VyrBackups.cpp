@@ -153,8 +153,9 @@ VyrFileChange NotSaved(VyrFileChange&& prepared, const VyrHeldFile& file, Kept& 
     kept.Stays();
     VyrWithinMemory(
         [&] {
-          change.problem += "; it may have been written all the same, what it held is in ";
-          change.problem += kept.Name();
+          // At once: a message that ends before the name would be worse than none.
+          change.problem +=
+              "; it may have been written all the same, what it held is in " + kept.Name();
         },
         [] {});
   }

@@ -49,6 +49,13 @@ std::string WithRemedy(const char* what, int error, std::span<const Remedy> reme
 
 }  // namespace
 
+std::string VyrNoRegularFile(bool isFolder, bool isNamed) {
+  if (isFolder) {
+    return isNamed ? "is a folder, not a file; name a file in it" : "is a folder, not a file";
+  }
+  return isNamed ? "is not a regular file; name one that is" : "is not a regular file";
+}
+
 std::string VyrNotOpened(const char* what, int error) {
   return WithRemedy(what, error, kRemediesOfOpening);
 }

@@ -12,7 +12,6 @@
 #include "VyrFileProblem.h"
 #include "VyrFileTimes.h"
 #include "VyrOpenFile.h"
-#include "VyrSystemText.h"
 #include "VyrTemporaryFile.h"
 #include "VyrWithinMemory.h"
 
@@ -65,7 +64,7 @@ std::string SaveFile(VyrUnicodeView path, std::string_view content,
   const bool exists = ::stat(native.c_str(), &status) == 0;
   // What is there but cannot be looked at must not be taken for a new file.
   if (!exists && errno != ENOENT) return VyrNotWritten();
-  if (exists && S_ISDIR(status.st_mode)) return kVyrIsAFolder;
+  if (exists && S_ISDIR(status.st_mode)) return VyrNoRegularFile(true);
   // Before links are followed by hand: those of /dev lead to names that only the kernel knows.
   if (exists && !S_ISREG(status.st_mode)) return WriteThrough(native, content);
   std::string target = native;
@@ -120,7 +119,7 @@ std::string VyrSetModificationTime(VyrUnicodeView path, std::int64_t nanoseconds
     const std::string native = VyrNativePath(path);
     const VyrFileTimes times = VyrTimesOf(nanoseconds);
     const bool done = ::utimensat(AT_FDCWD, native.c_str(), times.data(), 0) == 0;
-    return done ? std::string() : "cannot be given its time: " + VyrSystemText(errno);
+    return done ? std::string() : VyrNotWritten("cannot be given its time: ");
   });
 }
 

@@ -10,6 +10,9 @@
 
 namespace {
 
+/// Between two tries to get what another process has.
+constexpr std::chrono::milliseconds kPause{5};
+
 VyrDescriptor OpenFile(const std::string& path, int flags) {
   const auto open = [&](int access) {
     return VyrDescriptor(VyrUninterrupted([&] { return ::open(path.c_str(), access | flags); }));
@@ -33,12 +36,15 @@ std::string RemedyOfLocking(int error) {
 std::string VyrHeldFile::Hold(const std::string& path, Links links, Clock::time_point deadline) {
   path_ = path;
   links_ = links;
-  do {
+  for (;;) {
     if (std::string problem = Open(); !problem.empty() || !Exists()) return problem;
     if (std::string problem = Lock(deadline); !problem.empty()) return problem;
-    // Whoever held it may have put another file into its place.
-  } while (::fstat(file_.Get(), &status_) != 0 || !IsThere());
-  return {};
+    if (::fstat(file_.Get(), &status_) == 0 && IsThere()) return {};
+    // Whoever held it put another file into its place; or the file system gives no file the same
+    // number twice.
+    if (Clock::now() >= deadline) return "is another file at each look; wait and try again";
+    std::this_thread::sleep_for(kPause);
+  }
 }
 
 bool VyrHeldFile::IsThere() const {
@@ -57,10 +63,7 @@ std::string VyrHeldFile::Open() {
   if (Look(status_) != 0) return errno == ENOENT ? "" : VyrNotOpened();
   // Nobody has named a file of which links are refused: another name is no advice.
   const bool isNamed = links_ == Links::Followed;
-  if (S_ISDIR(status_.st_mode)) return isNamed ? kVyrIsAFolder : "is a folder, not a file";
-  if (!S_ISREG(status_.st_mode)) {
-    return isNamed ? "is not a regular file; name one that is" : "is not a regular file";
-  }
+  if (!S_ISREG(status_.st_mode)) return VyrNoRegularFile(S_ISDIR(status_.st_mode), isNamed);
   const int flags = O_NONBLOCK | O_CLOEXEC | (links_ == Links::Refused ? O_NOFOLLOW : 0);
   file_ = OpenFile(path_, flags);
   return file_.IsOpen() || errno == ENOENT ? "" : VyrNotOpened();
@@ -68,7 +71,6 @@ std::string VyrHeldFile::Open() {
 
 /// What went wrong, or nothing. Without locks files are taken as they come.
 std::string VyrHeldFile::Lock(Clock::time_point deadline) {
-  constexpr std::chrono::milliseconds pause{5};
   while (::flock(file_.Get(), LOCK_EX | LOCK_NB) != 0) {
     const int error = errno;
     if (error == EINTR) continue;
@@ -80,7 +82,7 @@ std::string VyrHeldFile::Lock(Clock::time_point deadline) {
     if (Clock::now() >= deadline) {
       return "is being saved by another process; wait until it has ended and try again";
     }
-    std::this_thread::sleep_for(pause);
+    std::this_thread::sleep_for(kPause);
   }
   isLocked_ = false;
   return {};

@@ -51,7 +51,7 @@ bool VyrWriteAll(int file, std::string_view content) {
 std::string VyrReadAll(int file, std::string& content) {
   struct stat status {};
   if (::fstat(file, &status) != 0) return NotRead();
-  if (S_ISDIR(status.st_mode)) return kVyrIsAFolder;
+  if (S_ISDIR(status.st_mode)) return VyrNoRegularFile(true);
   if (status.st_size > static_cast<off_t>(kMostBytesOfFile)) return kTooLarge;
   std::string read;
   const auto sizeHint = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));

@@ -11,6 +11,7 @@
 
 #include "VyrDiagnostics.h"
 #include "VyrEnvironment.h"
+#include "VyrFileProblem.h"
 #include "VyrFiles.h"
 #include "VyrShippedStandards.h"
 #include "VyrSystemText.h"
@@ -103,7 +104,7 @@ std::string ReadCopy(const std::string& path, Copy& copy) {
   const fs::file_status status = fs::status(path, error);
   // Reading a pipe would keep the caller waiting.
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    return fs::is_directory(status) ? "is a folder, not a file" : "is no regular file";
+    return VyrNoRegularFile(fs::is_directory(status), false);
   }
   const std::optional<std::int64_t> time = VyrModificationTime(path);
   if (std::string problem = VyrReadFile(path, copy.content); !problem.empty()) return problem;
@@ -117,8 +118,9 @@ std::string Update(const std::string& target, const Copy& source) {
   std::error_code error;
   const bool isLink = fs::is_symlink(fs::symlink_status(target, error));
   const fs::file_status status = fs::status(target, error);
-  if (fs::is_directory(status)) return "is a folder, not a file";
-  if (fs::exists(status) && !fs::is_regular_file(status)) return "is no regular file";
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    return VyrNoRegularFile(fs::is_directory(status), false);
+  }
   Copy old;
   const bool hasContent =
       fs::exists(status) && ReadCopy(target, old).empty() && old.content == source.content;
@@ -128,7 +130,14 @@ std::string Update(const std::string& target, const Copy& source) {
                     : VyrSaveFile(target, source.content, source.time);
 }
 
-HRESULT CopyFound(const char* name, const char* targetPath) {
+HRESULT CopyNamed(const char* name, std::string_view type, const char* targetPath) {
+  if (!VyrStdServices::IsStandardName(name)) {
+    Report("\"" + std::string(name) + "\"", "is no name of a standard");
+    return E_INVALIDARG;
+  }
+  if (type != kDraftingType) {
+    return Failed(name, "is not found: there are no standards of the type " + std::string(type));
+  }
   const Source source = FindSource(name);
   if (source.path.empty()) return NoSuchStandard(name, source.problems);
   if (!source.problems.empty()) Report(name, "is taken from elsewhere: " + source.problems);
@@ -170,14 +179,11 @@ HRESULT VyrStdServices::CopyStandard(const char* name, const char* type, const c
   if (name == nullptr || type == nullptr || targetPath == nullptr || *targetPath == '\0') {
     return E_INVALIDARG;
   }
-  if (!IsStandardName(name)) {
-    Report("\"" + std::string(name) + "\"", "is no name of a standard");
-    return E_INVALIDARG;
-  }
-  if (type != kDraftingType) {
-    return Failed(name, "is not found: there are no standards of the type " + std::string(type));
-  }
-  return VyrWithinMemory([&] { return CopyFound(name, targetPath); }, [] { return E_FAIL; });
+  return VyrWithinMemory([&] { return CopyNamed(name, type, targetPath); },
+                         [] {
+                           VyrSysLogError("VyrStdServices: out of memory, no standard is copied\n");
+                           return E_FAIL;
+                         });
 }
 
 bool VyrStdServices::IsStandardName(std::string_view name) {
@@ -196,10 +202,14 @@ std::vector<std::string> VyrStdServices::GetFolders() {
     if (end > begin) folders.push_back(path.substr(begin, end - begin));
     begin = end + 1;
   }
-  if (std::string shipped = VyrShippedStandardsFolder(); !shipped.empty()) {
+  if (std::string shipped = GetShippedFolder(); !shipped.empty()) {
     folders.push_back(std::move(shipped));
   }
   return folders;
+}
+
+std::string VyrStdServices::GetShippedFolder() {
+  return VyrShippedStandardsFolder();
 }
 
 void VyrStdServices::SetFolders(std::vector<std::string> folders) {

@@ -344,10 +344,11 @@ class Reader {
     xmlStopParser(context_);
   }
 
+  /// The parser is not stopped: that frees the text, of which it may be in the middle when it finds
+  /// that it has no memory. It goes on to the end, unheard and without the entities.
   void RefuseForMemory() {
     problem_.line = 0;
     VyrSayOutOfMemory(problem_.text);
-    xmlStopParser(context_);
   }
 
   /// The line of the document itself: inside an entity, the line that refers to it.

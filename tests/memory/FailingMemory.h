@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
+
+#include "VyrWithinMemory.h"
 
 /// Which requests for memory fail.
 enum class Failing {
@@ -20,3 +23,8 @@ class FailingMemory {
   /// Whether a request failed.
   bool HasFailed() const;
 };
+
+/// Whether a refusal says that memory ran out, in full or in short.
+inline bool TellsOfMemory(std::string_view problem) {
+  return problem == kVyrOutOfMemory || problem == kVyrOutOfMemoryInShort;
+}

@@ -8,14 +8,18 @@
 #include <string>
 
 #include "FailingMemory.h"
+#include "HostSettings.h"
 #include "ProcessApart.h"
+#include "QuietDiagnostics.h"
 #include "TemporaryFolder.h"
+#include "TreeContent.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrBackups.h"
+#include "VyrDftStdPersistence.h"
 #include "VyrDiagnostics.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrFiles.h"
-#include "VyrWithinMemory.h"
+#include "VyrStdServices.h"
 #include "VyrXMLReader.h"
 
 // Memory that runs out at any request: what was asked for is refused or done, and done right.
@@ -27,11 +31,6 @@ using Runner = std::function<void(const std::function<void()>& work)>;
 /// One try of an operation; "refused", "done", or what is wrong.
 using Try = std::function<std::string(const Runner& run)>;
 
-/// Whether a refusal says that memory ran out, in full or in short.
-bool TellsOfMemory(std::string_view problem) {
-  return problem == kVyrOutOfMemory || problem == kVyrOutOfMemoryInShort;
-}
-
 std::string AnswerOf(bool isDone, std::string_view problem) {
   if (isDone) return problem.empty() ? "done" : "done with a problem";
   return TellsOfMemory(problem) ? "refused" : "refused because it " + std::string(problem);
@@ -40,8 +39,7 @@ std::string AnswerOf(bool isDone, std::string_view problem) {
 /// Lets each request fail that a work makes: all of the first ones, then one out of `sparse`
 /// percent more. "sound" when each time it is refused or done, and refused more than once.
 std::string AnswerToFailures(Failing failing, const Try& attempt, std::size_t sparse = 0) {
-  VyrSetDiagnosticSinks({[](std::string_view) {}, [](std::string_view) {}, [](std::string_view) {},
-                         [](std::string_view) {}});
+  VyrSetDiagnosticSinks(DroppingSinks());
   constexpr std::size_t firstOnes = 500;
   std::size_t refused = 0;
   for (std::size_t request = 1;; request += request < firstOnes ? 1 : 1 + request * sparse / 100) {
@@ -84,24 +82,6 @@ const std::string kDocument =
     "<std:node name='B'><std:enumval name='YesNo'>No</std:enumval></std:node>&f;"
     "<std:node name='C' xmlns:q='another namespace than that'><std:colorval>1,2,3</std:colorval>"
     "</std:node></std:node></std:node>";
-
-/// All that a tree holds.
-std::string ContentOf(const VyrXMLTree& tree) {
-  std::string content;
-  for (VyrXMLTree::Index item = 1; item < tree.GetCount(); ++item) {
-    content += "|" + std::to_string(tree.GetParent(item)) + " ";
-    const bool isElement = tree.GetKind(item) == VyrXMLTree::Kind::Element;
-    content += isElement ? tree.GetName(tree.GetNameId(item)).qualifiedName
-                         : std::string(tree.GetText(item));
-    if (!isElement) continue;
-    content += tree.GetName(tree.GetNameId(item)).namespaceURI;
-    for (const VyrXMLTree::Attribute& attribute : tree.GetAttributes(item)) {
-      content += " " + tree.GetName(attribute.name).qualifiedName + "=";
-      content += tree.GetValue(attribute);
-    }
-  }
-  return content;
-}
 
 std::string TryToRead(const Runner& run) {
   VyrXMLTree tree;
@@ -203,6 +183,36 @@ TEST(OutOfMemory, BytesAreSavedOrTheOldFileKept) {
   };
   for (const Failing failing : {Failing::Once, Failing::Onward}) {
     EXPECT_EQ(AnswerApart(failing, attempt), "sound");
+  }
+}
+
+TEST(OutOfMemory, StandardIsCopiedOrTheOldFileKeptAndTheErrorLogTold) {
+  const TemporaryFolder site;
+  const TemporaryFolder folder;
+  site.Write("MINE.xml", kDocument);
+  const EnvironmentVariable path("VYR_STANDARD_PATH", site.Path().string());
+  const std::string target = folder / "a name longer than a few letters.xml";
+  const auto type = VyrDftStdPersistence::VyrDftStdType;
+  for (const char* name : {"MINE", "a standard that is in none of the folders"}) {
+    const bool isThere = std::string_view(name) == "MINE";
+    const Try attempt = [&](const Runner& run) -> std::string {
+      std::ofstream(target) << "old";
+      bool isTold = false;
+      VyrDiagnosticSinks sinks = DroppingSinks();
+      sinks.errorLog = [&](std::string_view) { isTold = true; };
+      VyrSetDiagnosticSinks(sinks);
+      HRESULT result = E_UNEXPECTED;
+      run([&] { result = VyrStdServices::CopyStandard(name, type, target.c_str()); });
+      const std::string fault = FaultOfSave(target, result == S_OK, "old", kDocument);
+      if (!fault.empty()) return fault;
+      if (isTold != (result != S_OK)) return isTold ? "told of nothing" : "not told";
+      if (!isThere && isTold) return "done";  // as it is refused anyway
+      return result == S_OK ? "done" : "refused";
+    };
+    for (const Failing failing : {Failing::Once, Failing::Onward}) {
+      const std::string answer = AnswerApart(failing, attempt);
+      EXPECT_THAT(answer, testing::EndsWith(isThere ? "sound" : ": done at last"));
+    }
   }
 }
 

@@ -255,7 +255,7 @@ TEST_F(CopyOfAStandard, StandardThatCannotBeReadDoesNotGiveWayToALaterFolder) {
   ExpectFailure(target_, file, "cannot be opened: ");
   fs::remove(file);
   ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
-  ExpectFailure(target_, file, "is no regular file");
+  ExpectFailure(target_, file, "is not a regular file");
 }
 
 TEST_F(CopyOfAStandard, UnreadableFolderIsPassedByAndReported) {
@@ -326,7 +326,7 @@ TEST_F(CopyOfAStandard, TargetThatCannotBeWrittenIsReportedAndStays) {
   ExpectFailure(work_ / "folder.xml", work_ / "folder.xml", "is a folder, not a file");
   ExpectFailure(work_ / "missing/S.xml", work_ / "missing/S.xml", "cannot be written: ");
   ASSERT_EQ(::mkfifo((work_ / "pipe.xml").c_str(), 0600), 0);
-  ExpectFailure(work_ / "pipe.xml", work_ / "pipe.xml", "is no regular file");
+  ExpectFailure(work_ / "pipe.xml", work_ / "pipe.xml", "is not a regular file");
 }
 
 TEST_F(CopyOfAStandard, LinkIsNoWayToWriteElsewhere) {
