@@ -39,7 +39,7 @@ seconds() {
   local start end
   rm -rf "$work/upgraded"
   start=$(date +%s%N)
-  "$holstd" -q upgrade "$work/sites" -d "$work/upgraded" --jobs "$1"
+  "$holstd" -q upgrade "$work/sites" -d "$work/upgraded" --jobs "$1" >/dev/null
   end=$(date +%s%N)
   [ "$(find "$work/upgraded" -name '*.xml' | wc -l)" -eq "$count" ] || fail "not all were upgraded"
   awk "BEGIN { printf \"%.3f\", ($end - $start) / 1e9 }"
@@ -51,6 +51,7 @@ jobs=$(nproc)
 one=$(seconds 1)
 all=$(seconds "$jobs")
 awk -v count="$count" -v jobs="$jobs" -v one="$one" -v all="$all" 'BEGIN {
+  if (!(one > 0 && all > 0)) exit 1
   printf "%-32s %10s %12s\n", "upgrade of " count " standards", "seconds", "files/s"
   printf "%-32s %10.2f %12.1f\n", "1 job", one, count / one
   printf "%-32s %10.2f %12.1f\n", jobs (jobs == 1 ? " job" : " jobs"), all, count / all

@@ -1,7 +1,7 @@
 # Reads the runs of a document: fences "console" with lines "$ command" (a line "> more" goes on with
 # the command above it) and what the command prints, and fences with two words, "xml site.xml", which
 # hold a file that the commands below them find. A fence "sh by-hand" is listed and not run; commands
-# in any other fence are an error.
+# in any other fence are an error: what begins with "$ " or with a word by which commands begin here.
 #   awk -v mode=split -v steps=FOLDER ...  writes each step into FOLDER: N.command, N.expected, N.line
 #   awk -v mode=print -v steps=FOLDER ...  prints the document; a step with N.differs as it was run
 
@@ -14,8 +14,9 @@ function complain(text) {
 
 # Words that begin a command: a program's name, or a path of the sources with a name behind it.
 function is_command(line) {
-  return line ~ /^(\$ +)?(sudo|apt|apt-get|cmake|ctest|ninja|make|cc|c\+\+|g\+\+|git|cd|cp|mv|rm|ln|mkdir|export|holstd)( |$)/ ||
-         line ~ /^(\$ +)?(\.|\.ci|build|scripts)\/[a-z]/
+  return line ~ /^\$ / ||
+         line ~ /^(sudo|apt|apt-get|cmake|ctest|ninja|make|cc|c\+\+|g\+\+|git|cd|cp|mv|rm|ln|ls|cat|grep|diff|jq|mkdir|export|holstd)( |$)/ ||
+         line ~ /^(\.|\.ci|build|scripts)\/[a-z]/
 }
 
 function begin_step() {
@@ -54,6 +55,8 @@ BEGIN {
   unrun = "commands that nobody runs; make it a \"console\" block, or \"sh by-hand\" where they cannot be run"
 }
 
+/^ *~~~/ { complain("a fence of ~~~; write ```") }
+
 /^ +```(console|sh|bash|shell)/ {
   complain("a block of commands that is indented and so not run")
 }
@@ -90,7 +93,7 @@ fence == "file" {
 }
 
 fence != "console" {
-  if (fence == "text" && is_command($0)) complain(unrun)
+  if (fence != "" && fence != "by-hand" && is_command($0)) complain(unrun)
   if (mode == "print") print
   next
 }
