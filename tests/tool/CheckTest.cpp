@@ -31,8 +31,7 @@ TEST(Check, EachUndefinedLiteralIsAMessageWithLineAndPath) {
                          "holstd: " +
                          file + ":" + std::to_string(LineOf(text, "\"Other\"")) +
                          ": Root.Dimension.Other: there is no enumeration 'Missing' to take 'Yes' "
-                         "from: there is no 'Missing' in 'Enum'; it holds 1 node and 0 values, "
-                         "none of that name\n");
+                         "from; 'holstd tree FILE Enum' shows what there is\n");
   const nlohmann::json report = ParsedJson(RunTool({"check", file, "--json"}))[0];
   EXPECT_EQ(report["lines"], nlohmann::json({line, LineOf(text, "\"Other\"")}));
 }
@@ -53,6 +52,14 @@ TEST(Check, AnElementThatHasLostItsPrefixIsTold) {
                 {"standard input:" + std::to_string(line) + ": the element 'node' and 1 more",
                  "passed over"});
   EXPECT_EQ(run.out, "-: not valid: 1 problem of content\n");
+  // It comes before what it is the cause of.
+  const std::string type = Replaced(
+      Replaced(good, "<std:enumdef name=\"YesNo\">", "<enumdef name=\"YesNo\">"),
+      "<std:strval>No</std:strval></std:enumdef>", "<std:strval>No</std:strval></enumdef>");
+  const ToolRun caused = RunTool({"check", "-"}, {.input = type});
+  EXPECT_EQ(caused.status, 1);
+  EXPECT_LT(caused.err.find("the element 'enumdef'"), caused.err.find("no enumeration 'YesNo'"));
+  EXPECT_THAT(caused.err, testing::HasSubstr("no enumeration 'YesNo'"));
   // What others have put into the file for themselves is no business of a standard.
   const std::string foreign =
       Replaced(good, "<std:node name=\"Sizes\">",

@@ -470,6 +470,8 @@ TEST_F(Diff, ANameThatLeadsToTheStandardOfASiteIsSaidToDoSo) {
   EXPECT_EQ(RunTool({"diff", "House", "-"}, site).err, "");
   EXPECT_EQ(RunTool({"diff", "JIS", "-"}, site).err, "");
   EXPECT_EQ(RunTool({"diff", iso, own}, site).err, "");
+  folder.Write("ISO.xml", ReadWholeFile(std::string(HOL_STANDARDS) + "/ISO.xml"));
+  EXPECT_EQ(RunTool({"diff", "ISO", "-"}, site).err, "") << "a copy of the shipped one";
 }
 
 TEST_F(Diff, AFolderOfTheNameOfAStandardIsNotMeant) {

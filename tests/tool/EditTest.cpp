@@ -86,7 +86,7 @@ constexpr BadCommand kBadCommands[] = {
     {"change Root.Dimension.Blanking:yes", "near is 'Yes'; it has 'Yes', 'No'"},
     {"change Root.Dimension.Blanking:Perhaps", "no literal of the enumeration 'YesNo'; it has"},
     {"value Root.Dimension:A:enum.YesNo:Noo", "near is 'No'; it has 'Yes', 'No'"},
-    {"value Root.Dimension:A:enum.YesNoo:Yes", "did you mean 'Enum.YesNo'?"},
+    {"value Root.Dimension:A:enum.YesNoo:Yes", "from; did you mean 'YesNo'?"},
     {"value Root.Frames.FrameDef:Kind:enum.YesNo:Yes", "no enumeration 'Kind'"},
     {"field Root.Frames.FrameDef:YesNo:enum.YesNo:Yse", "near is 'Yes'"},
     {"each Root.Frames :YesNo:enum.YesNo:Nein", "'Nein' is no literal"},
@@ -243,6 +243,7 @@ TEST_F(Edit, CommandsAreLimitedByTheParentOfTheStandard) {
 
 TEST_F(Edit, QuietSaysNothingAndVerboseEveryCommand) {
   EXPECT_EQ(Run({"node Root:A"}, {"-q"}).err, "");
+  EXPECT_EQ(Run({"node Root:A"}, {"-q", "-v"}).err, "");
   const ToolRun run = Run({"node Root:A", "each Root.Frames :B:int:1"}, {"-v"});
   EXPECT_THAT(run.err, HasSubstr("command 1: done: node Root:A\n"));
   EXPECT_THAT(run.err, HasSubstr("command 2: done: each Root.Frames :B:int:1\n"));

@@ -88,6 +88,7 @@ TEST(Tree, AMistypedPathIsAnsweredWithTheNearestOne) {
        "no 'DIMLTale' in 'Root.Dimension'; did you mean 'Root.Dimension.DIMLTail'?\n"},
       {"Root.Frame.FrameDf.typ", "no 'Frame' in 'Root'",
        "did you mean 'Root.Frames.FrameDef.Type'?"},
+      {".Dimension", "the path begins with a dot; did you mean 'Dimension'?"},
       {"Root..Dimension", "two dots follow each other; did you mean 'Root.Dimension'?"},
       {"Root...X", "two dots follow each other; one joins two names"},
       {"Frames.FrameDef[3].Name", "no 'FrameDef[3]' in 'Root.Frames'; of 'FrameDef' there are 2\n"},

@@ -65,10 +65,13 @@ class UpgradeBatch : public testing::Test {
 /// The tool while it runs.
 class RunningTool {
  public:
-  explicit RunningTool(const std::vector<std::string>& arguments) : process_(::fork()) {
+  explicit RunningTool(const std::vector<std::string>& arguments, bool isReaderGone = false)
+      : process_(::fork()) {
     if (process_ == 0) {
       tool_run::BecomeTool(arguments, folder_,
-                           {.inputFile = "/dev/null", .environment = {{"TMPDIR", folder_.Path()}}});
+                           {.inputFile = "/dev/null",
+                            .isReaderGone = isReaderGone,
+                            .environment = {{"TMPDIR", folder_.Path()}}});
     }
   }
   pid_t Process() const { return process_; }
@@ -425,6 +428,28 @@ TEST_F(UpgradeBatch, AnInterruptedOneTellsWhatBecameOfEach) {
       EXPECT_EQ(run.err, "interrupted; 9 standards: " + std::to_string(written) + " written, " +
                              std::to_string(count - written) + " not begun\n");
     }
+  }
+}
+
+TEST_F(UpgradeBatch, AnInterruptedPipelineTellsTheCountsAndEndsByTheSignal) {
+  const std::string first = WriteOld("a.xml");
+  HeldPipe pipe(folder / "b.xml");
+  const RunningTool tool({"upgrade", first, pipe.Path(), "-d", folder / "out", "--jobs", "1"},
+                         true);
+  ASSERT_TRUE(pipe.AwaitReader());
+  ::kill(tool.Process(), SIGINT);
+  const ToolRun run = tool.End();
+  EXPECT_EQ(run.status, -SIGINT);
+  EXPECT_EQ(run.err, "interrupted; 2 standards: 1 written, 1 not begun\n");
+}
+
+TEST_F(UpgradeBatch, AReportThatNobodyReadsDoesNotHideTheCounts) {
+  for (const char* form : {"--quiet", "--json"}) {
+    const ToolRun run =
+        RunTool({"upgrade", WriteMany(3), "-d", folder / form, form}, {.isReaderGone = true});
+    EXPECT_EQ(run.status, 4);
+    const bool isTold = run.err.find("3 standards: 3 written") != std::string::npos;
+    EXPECT_EQ(isTold, form == std::string_view("--json")) << run.err;
   }
 }
 

@@ -73,8 +73,6 @@ std::vector<FileProblem> LiteralProblems(const Subject& subject) {
       problems.push_back({subject.lines.LineOf(place), UndefinedText(subject, place)});
     }
   }
-  std::stable_sort(problems.begin(), problems.end(),
-                   [](const FileProblem& a, const FileProblem& b) { return a.line < b.line; });
   return problems;
 }
 
@@ -96,6 +94,9 @@ std::vector<FileProblem> ContentProblems(const Subject& subject) {
                                         " is passed over, since it is not in the namespace of "
                                         "standards; it would have the prefix of the others"});
   }
+  // What is passed over may well be the cause of what is missing further down.
+  std::stable_sort(problems.begin(), problems.end(),
+                   [](const FileProblem& a, const FileProblem& b) { return a.line < b.line; });
   return problems;
 }
 

@@ -250,10 +250,11 @@ ExitStatus PrintDifferences(const Options& options, Session& session) {
   const Side before(options.before);
   const Side after(options.after);
   for (const Side* side : {&before, &after}) {
-    if (!side->source.hidesOther) continue;
+    if (side->source.hidden.empty()) continue;
     session.Warn(side->argument, "is " + side->source.file +
-                                     ", which hides the shipped standard of that name; its file "
-                                     "would mean that one");
+                                     ", which hides the shipped standard of that name; to mean "
+                                     "that one, give " +
+                                     side->source.hidden);
   }
   const std::vector<Difference> differences = FindDifferences(before.items, after.items);
   Printer printer(session, before, after, differences);

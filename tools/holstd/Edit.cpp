@@ -267,7 +267,8 @@ Action Edit::Register(Arguments& command) {
        "holstd edit site.xml --in-place -c 'node Root:Site' \\",
        "    -c 'value Root.Site:Owner:string:Design office'",
        "holstd edit ISO.xml -o site.xml -f site.txt -v"},
-      std::string("Verbs: node, instance, value, field, change, delete, each, each-node.\n"
+      std::string("Commands are needed, and a target.\n"
+                  "Verbs: node, instance, value, field, change, delete, each, each-node.\n"
                   "The target is written when every command could be done, else not at "
                   "all.\n\n") +
           kBackupNote);

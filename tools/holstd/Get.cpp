@@ -42,10 +42,10 @@ std::string NotFound(const Query& query) {
   const std::string& path = query.options.path;
   const bool hasTree = path.starts_with("Root.") && !path.starts_with("Root..");
   const std::string inner = hasTree ? path.substr(5) : path;
-  if (const std::string plain = WithoutPlaces(inner); plain != inner) {
+  const std::string plain = WithoutPlaces(inner);
+  if (plain != inner && query.standard.HasNode(plain.c_str()) != 0) {
     return "there is no " + Quoted(path) +
-           "; queries take no places in brackets, see 'holstd get " + query.options.file + " " +
-           plain + " --all'";
+           "; queries take no places in brackets, see 'holstd get FILE " + plain + " --all'";
   }
   if (hasTree) {
     return "there is no " + Quoted(path) + "; a path to get begins below Root, as in " +

@@ -88,7 +88,7 @@ void AddNotes(std::string& page, const std::string& notes) {
   page += ".SH NOTES\n.nf\n" + Escaped(notes) + (notes.ends_with('\n') ? "" : "\n") + ".fi\n";
 }
 
-/// What the tool and its library heed of the environment.
+/// What the tool heeds of the environment.
 constexpr std::array<std::pair<const char*, const char*>, 4> kEnvironment = {{
     {"VYR_STANDARD_PATH",
      "Folders with standards, separated by ':', which are searched before that of the shipped "

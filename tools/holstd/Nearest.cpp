@@ -40,9 +40,11 @@ std::size_t Distance(std::string_view a, std::string_view b) {
   return row[b.size()];
 }
 
+constexpr const char* kEmptyPath = "the path is empty";
+
 /// Dots that do not stand between two names.
 std::string ObjectionToDots(std::string_view path) {
-  if (path.empty()) return "the path is empty";
+  if (path.empty()) return kEmptyPath;
   if (path.find("..") != path.npos) return "two dots follow each other";
   if (path.starts_with('.')) return "the path begins with a dot";
   return path.ends_with('.') ? "the path ends with a dot" : "";
@@ -79,7 +81,10 @@ std::vector<std::string> NearestName::GetFew() const {
 std::string PathCorrection::Message(const std::string& relation,
                                     const std::string& otherwise) const {
   const std::string meant = path.empty() ? "" : "did you mean " + Quoted(path) + "?";
-  if (!dots.empty()) return dots + "; " + (meant.empty() ? "one joins two names" : meant);
+  if (!dots.empty()) {
+    const std::string right = dots == kEmptyPath ? otherwise : "one joins two names";
+    return dots + "; " + (meant.empty() ? right : meant);
+  }
   const std::string text =
       "there is no " + Quoted(name) + " " +
       (below.empty() ? std::string("in the standard") : relation + " " + Quoted(below)) + "; ";

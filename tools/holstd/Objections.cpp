@@ -222,9 +222,12 @@ std::string ObjectionToLiteral(Document& document, const WrittenLiteral& written
   const VyrAnnStandardXMLNode_var enumeration(top->GetNodeByName(written.enumeration));
   if (!enumeration && !written.isNew) return {};
   if (!enumeration) {
+    NearestName nearest(written.enumeration);
+    for (const auto& other : top->GetNodes()) nearest.Consider(other->GetNodeName().View());
     return "there is no enumeration " + Quoted(written.enumeration) + " to take " +
-           Quoted(written.literal) +
-           " from: " + MissingName(document, "Enum." + written.enumeration);
+           Quoted(written.literal) + " from; " +
+           (nearest.Get().empty() ? "'holstd tree FILE Enum' shows what there is"
+                                  : "did you mean " + Quoted(nearest.Get()) + "?");
   }
   NearestName nearest(written.literal);
   std::vector<std::string> literals;

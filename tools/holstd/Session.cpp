@@ -81,7 +81,7 @@ void Session::Say(std::string_view text) const {
 }
 
 void Session::SayInDetail(std::string_view text) const {
-  if (isVerbose) WriteLine(Printable(text));
+  if (isVerbose && !isQuiet) WriteLine(Printable(text));
 }
 
 void Session::Complain(const Failure& failure) const {

@@ -9,25 +9,11 @@
 #include "OpenStandard.h"
 #include "Reports.h"
 #include "VyrDftStdPersistence.h"
-#include "VyrEnvironment.h"
+#include "VyrFiles.h"
 #include "VyrListValVyrUnicodeString.h"
 #include "VyrStdServices.h"
 
 namespace {
-
-/// Folders of the site come first in the list, that of the shipped standards last. Empty when there
-/// is none.
-std::string ShippedFolder() {
-  std::size_t ofSite = 0;
-  const std::string path = VyrGetEnv("VYR_STANDARD_PATH");
-  for (std::size_t begin = 0; begin < path.size();) {
-    const std::size_t end = std::min(path.find(':', begin), path.size());
-    if (end > begin) ++ofSite;
-    begin = end + 1;
-  }
-  const std::vector<std::string> folders = VyrStdServices::GetFolders();
-  return folders.size() > ofSite ? folders.back() : std::string();
-}
 
 /// The file of the standard of that name, as the folders have it.
 std::optional<std::string> FindStandardFile(const std::string& name) {
@@ -35,6 +21,14 @@ std::optional<std::string> FindStandardFile(const std::string& name) {
     if (StandardName(file) == name) return file;
   }
   return std::nullopt;
+}
+
+/// True also when one cannot be read: what reads it next tells so.
+bool HaveSameContent(const std::string& a, const std::string& b) {
+  std::string contentOfA;
+  std::string contentOfB;
+  return IsSameFile(a, b) || !VyrReadFile(a, contentOfA).empty() ||
+         !VyrReadFile(b, contentOfB).empty() || contentOfA == contentOfB;
 }
 
 }  // namespace
@@ -51,7 +45,7 @@ std::vector<std::string> FindStandardFiles() {
 }
 
 std::optional<std::string> FindShippedFile(const std::string& name) {
-  const std::string folder = ShippedFolder();
+  const std::string folder = VyrStdServices::GetShippedFolder();
   if (folder.empty()) return std::nullopt;
   std::string file = folder + "/" + name + ".xml";
   std::error_code error;
@@ -68,7 +62,8 @@ StandardFile FileOrStandard(const std::string& argument) {
   if (isThere && !std::filesystem::is_directory(argument, error)) return {argument};
   if (const auto file = FindStandardFile(argument)) {
     const auto shipped = FindShippedFile(argument);
-    return {*file, true, shipped && !IsSameFile(*file, *shipped)};
+    const bool isOther = shipped && !HaveSameContent(*file, *shipped);
+    return {*file, true, isOther ? *shipped : std::string()};
   }
   // A path was meant as one: reading it tells what is wrong with it.
   if (isThere || argument.find('/') != std::string::npos) return {argument};

@@ -15,7 +15,7 @@ std::optional<std::string> FindShippedFile(const std::string& name);
 struct StandardFile {
   std::string file;         ///< what to read
   bool isNamed = false;     ///< the argument is the name of a standard
-  bool hidesOther = false;  ///< a shipped standard of that name is another one
+  std::string hidden = {};  ///< a shipped standard of that name that is another one; mostly empty
 };
 /// The argument itself when it is "-" or leads to something other than a folder, else the file of
 /// the standard of that name. Throws `Failure`.

@@ -58,7 +58,9 @@ StandardPlace FindBranch(const Standard& standard, const StandardItems& items,
   if (const auto found = FindPlace(items, path)) return *found;
   if (const auto found = FindPlace(items, "Root." + path)) return *found;
   throw Failure{kNegativeAnswer, standard.file, 0,
-                MissingBranch(items, IsCommandPath(path) ? path : "Root." + path)};
+                path.starts_with('.') ? MissingPlace(items, path)
+                : IsCommandPath(path) ? MissingBranch(items, path)
+                                      : MissingBranch(items, "Root." + path)};
 }
 
 ExitStatus PrintTree(const Options& options, Session& session) {

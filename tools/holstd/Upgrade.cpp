@@ -168,13 +168,20 @@ ExitStatus UpgradeBatch(const std::vector<UpgradeInput>& inputs, const Options& 
   Batch batch = UpgradeMany(inputs, options, signals, session);
   const std::string counts = CountsOf(batch.all);
   const ExitStatus status = WorstOf(batch.all);
-  PrintReport(batch.all, options.manner.json, session);
-  session.Flush();
+  std::exception_ptr lost;
+  try {
+    PrintReport(batch.all, options.manner.json, session);
+    session.Flush();
+  } catch (const OutputLost&) {
+    // What interrupts a pipeline ends the reader of the report as well.
+    lost = std::current_exception();
+  }
   if (batch.interruption) {
     session.Say("interrupted; " + counts);
     throw *batch.interruption;
   }
-  if (!options.manner.json) session.Say(counts);
+  if (lost || !options.manner.json) session.Say(counts);
+  if (lost) std::rethrow_exception(lost);
   return status;
 }
 
@@ -216,7 +223,7 @@ Action Upgrade::Register(Arguments& command) {
   AddInPlace(command, manner.inPlace, "Replace each FILE by the result");
   AddUpgradeOptions(command, manner.chain);
   command.AddFlag("--dry-run", manner.isDryRun,
-                  "Write nothing; print what each step would add, change and delete");
+                  "Write nothing; print what each step would add, change, move and delete");
   constexpr int mostJobs = 256;
   command
       .AddOption("-j,--jobs", options->jobs, "N",
@@ -227,7 +234,8 @@ Action Upgrade::Register(Arguments& command) {
       {"holstd upgrade old.xml -o new.xml", "holstd upgrade sites -d upgraded",
        "holstd upgrade sites/*.xml --in-place --jobs 4", "holstd upgrade old.xml --dry-run",
        "holstd upgrade old.xml -o new.xml --to 150"},
-      std::string("A folder stands for the files in it whose names end in .xml, not for\n"
+      std::string("One of --output, --directory, --in-place and --dry-run is needed.\n"
+                  "A folder stands for the files in it whose names end in .xml, not for\n"
                   "those in folders below. Of several standards one that fails stops no\n"
                   "other. Of several and of folders a table tells what became of each, or\n"
                   "with --json a report. That, and what a dry run prints, is data: -q does\n"
