@@ -542,6 +542,19 @@ TEST(InjectedFaults, RenameThatIsDoneButToldToHaveFailed) {
   EXPECT_EQ(scene.Now(), scene.Saved());
 }
 
+TEST(InjectedFaults, FileThatIsAnotherOneAtEachLookIsRefusedWhenPatienceEnds) {
+  const SaveScene scene(SaveScene::ReplacedFile);
+  const FolderSnapshot before = scene.Now();
+  const Save replaceAtOnce = SaveBy("replace-at-once", ShippedStandard("ISO.xml"));
+  const Faults oneLook = {scene.Folder(), "fstat:1:" + Error(EIO)};
+  const ProcessRun refused = replaceAtOnce(scene.Path(), oneLook);
+  EXPECT_EQ(refused.status, kNotSaved);
+  EXPECT_EQ(refused.message, scene.Path() + ": is another file at each look; wait and try again\n");
+  EXPECT_EQ(scene.Now(), before);
+  // As long as there is patience it is looked at again.
+  EXPECT_EQ(kReplace(scene.Path(), oneLook).status, kSaved);
+}
+
 TEST(InjectedFaults, OwnerAndGroupThatCannotBeKeptLetNobodyIn) {
   if (::geteuid() != 0) {
     GTEST_SKIP() << "only root can make a file of another owner, whom a save cannot keep";

@@ -23,7 +23,8 @@
 // HOW is "document" (a document reads SOURCE and saves itself), "converter" (the converter does),
 // "upgrade" (the converter makes a shipped standard of an old-generation text), "timed" (the bytes
 // of SOURCE, with a modification time of their own), "replace" (the bytes of SOURCE, TARGET's are
-// kept as a backup) or "restore" (the newest backup of TARGET; SOURCE is not looked at). Options:
+// kept as a backup), "replace-at-once" (the same without patience) or "restore" (the newest backup
+// of TARGET; SOURCE is not looked at). Options:
 //   --user ID        reads as who it is, saves as this user, alone in the group of the same number
 //   --group ID       is a member of this group as well
 //   --most-bytes N   no file may grow beyond this
@@ -135,11 +136,11 @@ ExitStatus Outcome(const VyrFileChange& change) {
   return kNotSaved;
 }
 
-ExitStatus Replace(const Options& options) {
+ExitStatus Replace(const Options& options, std::chrono::milliseconds patience) {
   std::string content;
   if (!VyrReadFile(options.source, content).empty()) return kNotRead;
   if (!Restrict(options)) return kUsage;
-  return Outcome(VyrReplaceFile(options.target, content, VyrReplaced::Kept));
+  return Outcome(VyrReplaceFile(options.target, content, VyrReplaced::Kept, patience));
 }
 
 ExitStatus Restore(const Options& options) {
@@ -158,7 +159,8 @@ int main(int argc, char** argv) {
   if (options.how == "converter") return SaveByConverter(options);
   if (options.how == "upgrade") return SaveUpgraded(options);
   if (options.how == "timed") return SaveTimed(options);
-  if (options.how == "replace") return Replace(options);
+  if (options.how == "replace") return Replace(options, kVyrPatience);
+  if (options.how == "replace-at-once") return Replace(options, std::chrono::milliseconds(0));
   if (options.how == "restore") return Restore(options);
   return kUsage;
 }
