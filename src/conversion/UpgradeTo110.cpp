@@ -67,13 +67,15 @@ void AddValueDisplayFormat(Node& style, const char* name) {
   style.AddNode(format.Get(), -1);
 }
 
-/// Moves a value that a style holds under a node of its own below the style's "WholeTable".
-void MoveToWholeTable(Node& style, Node& wholeTable, const char* name) {
+/// Moves a value that a style holds under a node of its own below the style's "WholeTable". False,
+/// reported, when the style has none.
+bool MoveToWholeTable(Node& style, Node& wholeTable, const char* name) {
   const VyrAnnStandardXMLNode_var value(style.GetNodeByName(name));
-  if (!kParseStandardUnit.CheckPointer(value.Get(), "NULL node?")) return;
+  if (!kParseStandardUnit.CheckPointer(value.Get(), "NULL node?")) return false;
   const VyrAnnStandardXMLNode_var moved(value->Clone());
   wholeTable.AddNode(moved.Get(), -1);
   style.DeleteNodeWithPath(name);
+  return true;
 }
 
 /// The alignment of dimensions in a system, by the word that justified their text.
@@ -184,9 +186,9 @@ void VyrDrwParseStandard::RestructureTableStyles() {
     const VyrAnnStandardXMLNode_var created(style->GetNodeWithPath("CellStyles.WholeTable", 1));
     if (!unit.CheckPointer(created.Get(), "Creation of .CellStyles.WholeTable failed!")) continue;
     style->DeleteNodeWithPath("Cells");
-    for (const char* margin : {"HorizontalMargin", "VerticalMargin"}) {
-      MoveToWholeTable(*style, *created, margin);
-    }
+    // A style that lacks the first margin keeps the second one where it is.
+    static_cast<void>(MoveToWholeTable(*style, *created, "HorizontalMargin") &&
+                      MoveToWholeTable(*style, *created, "VerticalMargin"));
   }
 }
 

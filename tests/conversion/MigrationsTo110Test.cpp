@@ -284,11 +284,31 @@ TEST(MigrationTo100, ATableWithoutCellsIsReportedAndTheNextOneServed) {
   EXPECT_TRUE(run.Has("Root.Styles.Table.Own.CellStyles.WholeTable"));
 }
 
-TEST(MigrationTo100, AMarginThatIsGoneIsReportedAndTheOtherOneMoved) {
+TEST(MigrationTo100, AStyleThatLacksAMarginIsSkippedFromThereOnAndTheNextOneServed) {
+  const auto report = ElementsAre("ON POINTER : NULL node? [VyrDrwParseStandard]");
+  const std::string style = "Root.Styles.Table.Default.";
+  for (const std::string gone : {"HorizontalMargin", "VerticalMargin"}) {
+    SCOPED_TRACE(gone);
+    UpgradeRun run("ISO", 90);
+    run.AddStyle("Table", "Own");
+    run.Delete(style + gone);
+    EXPECT_THAT(run.Step(100), report);
+    const bool isFirst = gone == "HorizontalMargin";
+    EXPECT_EQ(run.Has(style + "VerticalMargin"), isFirst);
+    EXPECT_FALSE(run.Has(style + "CellStyles.WholeTable.VerticalMargin"));
+    EXPECT_EQ(run.Has(style + "CellStyles.WholeTable.HorizontalMargin"), !isFirst);
+    EXPECT_FALSE(run.Has(style + "Cells"));
+    EXPECT_EQ(run.Value("Root.Styles.Table.Own.CellStyles.WholeTable.HorizontalMargin"), "1.0");
+    EXPECT_EQ(run.Value("Root.Styles.Table.Own.CellStyles.WholeTable.VerticalMargin"), "1.0");
+  }
+}
+
+TEST(MigrationTo100, AStyleThatLacksBothMarginsIsReportedOnce) {
   UpgradeRun run("ISO", 90);
-  run.Delete("Root.Styles.Table.Default.HorizontalMargin");
+  for (const char* margin : {"HorizontalMargin", "VerticalMargin"}) {
+    run.Delete(std::string("Root.Styles.Table.Default.") + margin);
+  }
   EXPECT_THAT(run.Step(100), ElementsAre("ON POINTER : NULL node? [VyrDrwParseStandard]"));
-  EXPECT_EQ(run.Value("Root.Styles.Table.Default.CellStyles.WholeTable.VerticalMargin"), "1.0");
 }
 
 TEST(MigrationTo100, AStandardWithoutTableStylesIsReported) {
