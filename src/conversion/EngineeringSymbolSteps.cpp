@@ -64,6 +64,18 @@ std::string_view TagOf(const Node& entry) {
   return name ? name->GetValue().View() : std::string_view();
 }
 
+/// Sets a field by its name. A command would take the only field that an entry has for the one
+/// that is meant, and store the name with the text.
+void SetField(const Node& entry, const char* field, std::string_view text) {
+  const VyrAnnStandardXMLValue_var value(entry.GetValueByName(field));
+  if (kParseStandardUnit.CheckPointer(value.Get(), field)) value->SetValue(text);
+}
+
+SymbolPractice PracticeOf(bool isIsoOrJis, bool isAnsiOrAsme) {
+  if (isIsoOrJis) return SymbolPractice::IsoAndJis;
+  return isAnsiOrAsme ? SymbolPractice::AnsiAndAsme : SymbolPractice::Unknown;
+}
+
 void AddUses(Node& entry, EngineeringSymbolUses uses) {
   const auto answer = [](bool isUsed) { return isUsed ? "Yes" : "No"; };
   AddField(entry, Value::ValueString, "ToleranceValue", answer(uses.inToleranceValues));
@@ -125,25 +137,25 @@ void VyrDrwParseStandard::AppendEngineeringSymbols(std::span<const char* const> 
                                                    bool withUses) {
   const char* font = SymbolFont();
   if (font == nullptr) return;
+  const SymbolPractice practice = PracticeOf(IsIsoOrJis(), IsAnsiOrAsme());
   for (const char* tag : tags) {
     if (tag == kReciprocity && IsAnsiOrAsme()) continue;
     const VyrAnnStandardXMLNode_var entry = AppendSymbolEntry(*Described(tag), font);
-    if (withUses && entry) AddUses(*entry, UsesOf(tag, IsIsoOrJis(), true));
+    if (withUses && entry) AddUses(*entry, UsesOf(tag, practice, true));
   }
 }
 
 void VyrDrwParseStandard::ReplaceSubstitutionSymbol() {
   const char* font = SymbolFont();
   if (font == nullptr) return;
+  const VyrAnnStandardXMLNode_var entry(
+      document_->GetNodeWithPath("Root.EngineeringSymbols.EngineeringSymbol"));
+  if (!entry) return;
   const EngineeringSymbol& symbol = SubstitutionSymbols()[IsIsoOrJis() ? 0 : 1];
-  const std::string entry = "Root.EngineeringSymbols.EngineeringSymbol:";
-  const auto change = [&](const char* field, std::string_view text) {
-    document_->ChangeValueWithPath(entry + field + ":" + std::string(text));
-  };
-  change("Charcode", symbol.code);
-  change("Icon16x16", symbol.smallImage);
-  change("Icon22x22", symbol.largeImage);
-  if (font == std::string_view(kOpenTypeFont)) change("Font", font);
+  SetField(*entry, "Charcode", symbol.code);
+  SetField(*entry, "Icon16x16", symbol.smallImage);
+  SetField(*entry, "Icon22x22", symbol.largeImage);
+  if (font == std::string_view(kOpenTypeFont)) SetField(*entry, "Font", font);
 }
 
 void VyrDrwParseStandard::RebuildEngineeringSymbols() {
@@ -161,15 +173,15 @@ void VyrDrwParseStandard::FlagEngineeringSymbols(bool isShipped) {
     return std::any_of(list->GetNodes().begin(), list->GetNodes().end(),
                        [=](const auto& entry) { return TagOf(*entry) == tag; });
   };
-  const bool isKnownParent = IsIsoOrJis() || IsAnsiOrAsme();
+  const SymbolPractice practice = PracticeOf(IsIsoOrJis(), IsAnsiOrAsme());
+  // Texts of a site's drawings may hold the former tag, so only a shipped entry is renamed.
+  bool isRenaming = isShipped && IsIsoOrJis() && !holds(kOrientationTag);
   for (const VyrAnnStandardXMLNode_var& entry : list->GetNodes()) {
-    // Texts of a site's drawings may hold the former tag, so only a shipped entry is renamed.
-    const bool isFormer = TagOf(*entry) == kFormerOrientationTag && !holds(kOrientationTag);
-    if (isShipped && IsIsoOrJis() && isFormer) {
-      entry->ChangeValue("Name:" + std::string(kOrientationTag));
+    if (isRenaming && TagOf(*entry) == kFormerOrientationTag) {
+      SetField(*entry, "Name", kOrientationTag);
+      isRenaming = false;
     }
-    AddUses(*entry, isKnownParent ? UsesOf(TagOf(*entry), IsIsoOrJis(), isShipped)
-                                  : EngineeringSymbolUses{false, false, false});
+    AddUses(*entry, UsesOf(TagOf(*entry), practice, isShipped));
   }
   if (!isShipped || !IsIsoOrJis()) return;
   for (const char* tag : kSymbolsOf180) {

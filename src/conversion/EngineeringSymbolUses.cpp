@@ -2,13 +2,17 @@
 
 namespace {
 
-enum Parents { Both, IsoOnly, AnsiOnly };
+/// Sets of practices. What a site gets anywhere does not ask for a parent that is known.
+constexpr unsigned IsoOnly = static_cast<unsigned>(SymbolPractice::IsoAndJis);
+constexpr unsigned AnsiOnly = static_cast<unsigned>(SymbolPractice::AnsiAndAsme);
+constexpr unsigned Both = IsoOnly | AnsiOnly;
+constexpr unsigned Any = Both | static_cast<unsigned>(SymbolPractice::Unknown);
 
 /// Uses after ISO 1101, ISO 2692, ISO 5459, ISO 10579 and ASME Y14.5. What is not here is a
 /// characteristic, a size or a general text and modifies no tolerance frame.
 struct Row {
   std::string_view tag;
-  Parents parents;
+  unsigned practices;
   EngineeringSymbolUses uses;
 };
 
@@ -39,22 +43,21 @@ constexpr Row kRows[] = {
 
 /// What a standard of a site gets beyond that.
 constexpr Row kSiteRows[] = {
-    {"<DIAMETER>", Both, {true, true, true}},     {"<ENVELOPE>", Both, {true, true, true}},
-    {"<FREESTATE>", Both, {true, true, true}},    {"<LEASTMATERIAL>", Both, {true, true, true}},
-    {"<MAXMATERIAL>", Both, {true, true, true}},  {"<PROJTOLZONE>", Both, {true, true, true}},
-    {"<NOACTUALSIZE>", Both, {true, true, true}}, {"<TANGENTPLANE>", Both, {true, true, true}},
-    {"<Unequally>", Both, {true, true, true}},    {"<ST>", Both, {true, true, true}},
-    {"<ARROW>", Both, {true, true, true}},        {"<Reciprocity>", IsoOnly, {true, true, true}},
-    {"<SQUARE>", AnsiOnly, {true, true, true}},   {"<RIGHTTRIANGLE>", AnsiOnly, {true, true, true}},
-    {"<SLOPE>", IsoOnly, {false, false, true}},   {"<CONICALTAPER>", IsoOnly, {false, false, true}},
+    {"<DIAMETER>", Any, {true, true, true}},     {"<ENVELOPE>", Any, {true, true, true}},
+    {"<FREESTATE>", Any, {true, true, true}},    {"<LEASTMATERIAL>", Any, {true, true, true}},
+    {"<MAXMATERIAL>", Any, {true, true, true}},  {"<PROJTOLZONE>", Any, {true, true, true}},
+    {"<NOACTUALSIZE>", Any, {true, true, true}}, {"<TANGENTPLANE>", Any, {true, true, true}},
+    {"<Unequally>", Any, {true, true, true}},    {"<ST>", Any, {true, true, true}},
+    {"<ARROW>", Any, {true, true, true}},        {"<Reciprocity>", IsoOnly, {true, true, true}},
+    {"<SQUARE>", AnsiOnly, {true, true, true}},  {"<RIGHTTRIANGLE>", AnsiOnly, {true, true, true}},
+    {"<SLOPE>", IsoOnly, {false, false, true}},  {"<CONICALTAPER>", IsoOnly, {false, false, true}},
 };
 
 template <std::size_t count>
-void AddUses(const Row (&rows)[count], std::string_view tag, bool isIsoOrJis,
+void AddUses(const Row (&rows)[count], std::string_view tag, SymbolPractice practice,
              EngineeringSymbolUses& uses) {
   for (const Row& row : rows) {
-    const bool isForParent = row.parents == Both || (row.parents == IsoOnly) == isIsoOrJis;
-    if (row.tag != tag || !isForParent) continue;
+    if (row.tag != tag || (row.practices & static_cast<unsigned>(practice)) == 0) continue;
     uses.inToleranceValues |= row.uses.inToleranceValues;
     uses.inDatumReferences |= row.uses.inDatumReferences;
     uses.inNotes |= row.uses.inNotes;
@@ -63,9 +66,9 @@ void AddUses(const Row (&rows)[count], std::string_view tag, bool isIsoOrJis,
 
 }  // namespace
 
-EngineeringSymbolUses UsesOf(std::string_view tag, bool isIsoOrJis, bool isShipped) {
+EngineeringSymbolUses UsesOf(std::string_view tag, SymbolPractice practice, bool isShipped) {
   EngineeringSymbolUses uses = {false, false, false};
-  AddUses(kRows, tag, isIsoOrJis, uses);
-  if (!isShipped) AddUses(kSiteRows, tag, isIsoOrJis, uses);
+  AddUses(kRows, tag, practice, uses);
+  if (!isShipped) AddUses(kSiteRows, tag, practice, uses);
   return uses;
 }

@@ -529,6 +529,67 @@ TEST(MigrationTo180, OneTagTakesThePlaceOfItsFormerSpellingInAShippedStandardOfI
   }
 }
 
+TEST(MigrationTo180, SymbolsThatASiteUsesEverywhereAreSoUnderAnyParentStandard) {
+  for (const char* parent : {"DIN", "iso", ""}) {
+    SCOPED_TRACE(parent);
+    UpgradeRun run("ASME", 170);
+    run.SetParent(parent);
+    run.Change("Root.EngineeringSymbols.EngineeringSymbol:Name:<Reciprocity>");
+    // Said once, for all that goes by the parent standard.
+    EXPECT_THAT(run.Step(180), ElementsAre(Raised("Unknown parent standard!")));
+    for (const char* tag :
+         {"<DIAMETER>", "<ENVELOPE>", "<FREESTATE>", "<LEASTMATERIAL>", "<MAXMATERIAL>",
+          "<PROJTOLZONE>", "<NOACTUALSIZE>", "<TANGENTPLANE>", "<Unequally>", "<ST>", "<ARROW>"}) {
+      EXPECT_EQ(Uses(run, tag), "YYY") << tag;
+    }
+    // These are told by tag and parent standard.
+    for (const char* tag : {"<Reciprocity>", "<SQUARE>", "<RIGHTTRIANGLE>", "<SLOPE>", "<OHM>"}) {
+      EXPECT_EQ(Uses(run, tag), "NNN") << tag;
+    }
+  }
+}
+
+TEST(MigrationTo180, AShippedStandardOfAnUnknownParentUsesNoSymbolAnywhere) {
+  UpgradeRun run(Origin{"ASME", true}, 170);
+  run.SetParent("DIN");
+  run.Step(180);
+  for (const char* tag : {"<DIAMETER>", "<MAXMATERIAL>", "<ARROW>", "<ST>"}) {
+    EXPECT_EQ(Uses(run, tag), "NNN") << tag;
+  }
+}
+
+TEST(MigrationTo180, AnEntryThatHoldsNothingButTheFormerTagGetsTheNewOne) {
+  UpgradeRun run(Origin{"ISO", true}, 170);
+  const auto entry = run.Node("Root.EngineeringSymbols.EngineeringSymbol");
+  while (entry->GetNumOfValue() > 1) entry->DeleteValue(entry->GetNumOfValue() - 1);
+  ASSERT_EQ(entry->GetValues().front()->GetValueName(), "Name");
+  entry->GetValues().front()->SetValue("<ORIENTCONSTRAINTONLY>");
+  run.Step(180);
+  EXPECT_EQ(run.Fields(kSymbols, "Name").front(), "<ORIENTATIONCONSTRAINTONLY>");
+}
+
+TEST(MigrationTo180, OfSeveralEntriesOfTheFormerTagTheFirstIsRenamed) {
+  UpgradeRun run(Origin{"ISO", true}, 170);
+  const auto list = run.Node(kSymbols);
+  for (const int i : {3, 5}) {
+    const VyrAnnStandardXMLNode_var entry(list->GetNode(i));
+    const VyrAnnStandardXMLValue_var name(entry->GetValueByName("Name"));
+    name->SetValue("<ORIENTCONSTRAINTONLY>");
+  }
+  run.Step(180);
+  const auto names = run.Fields(kSymbols, "Name");
+  EXPECT_EQ(names[3], "<ORIENTATIONCONSTRAINTONLY>");
+  EXPECT_EQ(names[5], "<ORIENTCONSTRAINTONLY>");
+}
+
+TEST(MigrationTo160, ASubstitutionSymbolThatHoldsNothingButItsNameKeepsIt) {
+  UpgradeRun run("ISO", 150);
+  const auto entry = run.Node("Root.EngineeringSymbols.EngineeringSymbol");
+  while (entry->GetNumOfValue() > 1) entry->DeleteValue(entry->GetNumOfValue() - 1);
+  run.Step(160);
+  EXPECT_EQ(entry->GetValues().front()->GetValue(), "<SUBSTITUTION>");
+}
+
 TEST(MigrationTo100, StylesOfOneNameAndNamesWithASeparatorAreServedEach) {
   UpgradeRun run("ISO", 90);
   run.Change("Root.Styles.Text.Default.Text.Blanking:No");
