@@ -6,7 +6,6 @@
 
 #include "Arguments.h"
 #include "Format.h"
-#include "Nearest.h"
 #include "OpenStandard.h"
 #include "PathMatches.h"
 #include "PathSearch.h"
@@ -28,7 +27,7 @@ struct Options {
 /// What is asked for, and where the answers come from.
 struct Query {
   const Options& options;
-  VyrIDrwStandard& standard;
+  OpenStandard& standard;
   const PathMatches& matches;
   Session& session;
 };
@@ -40,10 +39,11 @@ Failure Negative(const Query& query, const std::string& text) {
 /// Says which name of a path that finds nothing is the first that leads nowhere.
 std::string NotFound(const Query& query) {
   const std::string& path = query.options.path;
+  VyrIDrwStandard& told = query.standard.Told();
   const bool hasTree = path.starts_with("Root.") && !path.starts_with("Root..");
   const std::string inner = hasTree ? path.substr(5) : path;
   const std::string plain = WithoutPlaces(inner);
-  if (plain != inner && query.standard.HasNode(plain.c_str()) != 0) {
+  if (plain != inner && told.HasNode(plain.c_str()) != 0) {
     return "there is no " + Quoted(path) +
            "; queries take no places in brackets, see 'holstd get FILE " + plain + " --all'";
   }
@@ -54,15 +54,10 @@ std::string NotFound(const Query& query) {
   if (path.find('\'') != std::string::npos) {
     return "there is no " + Quoted(path) + "; no query finds a name with an apostrophe";
   }
-  // One dot more, which is nothing in itself, makes an empty name count at the end as well.
-  const auto isThere = [&](const std::string& longer) {
-    return query.standard.HasNode((longer + ".").c_str()) != 0;
-  };
-  const PathCorrection correction =
-      CorrectPath(path, isThere, [&](const std::string& found, NearestName& nearest) {
-        for (const std::string& other : query.matches.NamesBelow(found)) nearest.Consider(other);
-      });
+  PathCorrection correction = CorrectQuery(StandardItems(query.standard.Read().document), path);
   if (!correction.isNeeded) return "there is no " + Quoted(path);
+  // The file may have names that its reader passes over, and the other way round.
+  if (told.HasNode(correction.path.c_str()) == 0) correction.path.clear();
   return correction.Message("below", "'holstd tree' shows what there is");
 }
 
@@ -100,7 +95,7 @@ void PrintOne(const Query& query) {
                               "; there is no " + std::to_string(options.index) + " among them");
   }
   const auto index = static_cast<std::size_t>(options.index - 1);
-  const auto told = ToldValues(query.standard, query.matches, options.path).At(index);
+  const auto told = ToldValues(query.standard.Told(), query.matches, options.path).At(index);
   if (!told) throw Negative(query, NotTold(query, index));
   if (!options.json) return query.session.Print(*told + "\n");
   Json object = {{"file", options.file}, {"path", options.path}};
@@ -109,7 +104,7 @@ void PrintOne(const Query& query) {
 }
 
 void PrintAll(const Query& query) {
-  ToldValues values(query.standard, query.matches, query.options.path);
+  ToldValues values(query.standard.Told(), query.matches, query.options.path);
   Json list = Json::array();
   std::size_t told = 0;
   std::optional<std::size_t> unreadable;
@@ -173,7 +168,7 @@ ToldType TypeFromValues(const Query& query) {
                               " are of mixed types: " + Joined({types.begin(), types.end()}));
   }
   const bool isTold =
-      ToldValues(query.standard, query.matches, query.options.path).At(0).has_value();
+      ToldValues(query.standard.Told(), query.matches, query.options.path).At(0).has_value();
   if (!isTold) throw Negative(query, NotTold(query, 0));
   return {first, count};
 }
@@ -181,7 +176,7 @@ ToldType TypeFromValues(const Query& query) {
 ToldType TypeOf(const Query& query) {
   VyrDftStandardValueType type{};
   int count = 0;
-  if (query.standard.GetValueType(query.options.path.c_str(), &type, &count) != S_OK) {
+  if (query.standard.Told().GetValueType(query.options.path.c_str(), &type, &count) != S_OK) {
     return TypeFromValues(query);
   }
   FileValue value = query.matches.ValueAt(0);
@@ -204,7 +199,7 @@ void PrintType(const Query& query) {
 ExitStatus PrintValues(const Options& options, Session& session) {
   OpenStandard standard(options.file);
   const PathMatches matches(standard.Input(), options.path);
-  const Query query = {options, standard.Told(), matches, session};
+  const Query query = {options, standard, matches, session};
   const UnshownReports unshown;
   if (matches.Count() == 0) throw Negative(query, NotFound(query));
   (options.type ? PrintType : options.all ? PrintAll : PrintOne)(query);

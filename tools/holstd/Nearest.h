@@ -4,26 +4,27 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
-/// Finds the name that somebody may have meant who wrote another one.
+/// Finds the name that somebody may have meant who wrote another one. Names that are considered
+/// again cost nothing, and of a great many the first few thousand are compared.
 class NearestName {
  public:
   explicit NearestName(std::string_view written);
 
   void Consider(std::string_view name);
   /// The nearest name that was considered; empty when none is near.
-  const std::string& Get() const { return nearest_; }
+  std::string Get() const { return near_.empty() ? std::string() : near_.front().second; }
   /// The nearest few, the nearest first.
   std::vector<std::string> GetFew() const;
 
  private:
   std::string written_;
-  std::string nearest_;
   std::size_t limit_;  ///< names as far away as this are not near
-  std::size_t least_;  ///< how far the nearest one is
-  std::vector<std::pair<std::size_t, std::string>> near_;  ///< all, with how far they are
+  std::unordered_set<std::string> compared_;
+  std::vector<std::pair<std::size_t, std::string>> near_;  ///< the few, with how far they are
 };
 
 /// What somebody may have meant who wrote a path that leads nowhere.
@@ -41,8 +42,9 @@ struct PathCorrection {
 };
 
 /// Goes through the names of a path and takes the nearest one wherever a name leads nowhere.
-/// `isThere` tells whether a beginning of the path leads to something; `considerBelow` offers the
-/// names that may follow it.
-PathCorrection CorrectPath(
-    std::string_view path, const std::function<bool(const std::string& path)>& isThere,
-    const std::function<void(const std::string& path, NearestName& nearest)>& considerBelow);
+/// `advance` goes on to what the next name leads to, from where the names before it have led; it
+/// says false, and stays there, when that is nothing. `considerNext` offers the names that may
+/// follow.
+PathCorrection CorrectPath(std::string_view path,
+                           const std::function<bool(std::string_view name)>& advance,
+                           const std::function<void(NearestName& nearest)>& considerNext);

@@ -125,12 +125,3 @@ std::vector<std::string> PathMatches::ContentTypes(std::size_t index) const {
   }
   return types;
 }
-
-std::set<std::string> PathMatches::NamesBelow(const std::string& path) const {
-  std::set<std::string> names;
-  const std::string expression(XPath(StdPath(path)).Path().View());
-  for (const VyrIDOMNode_var& element : Find(expression + "//std:*[@name]")) {
-    names.insert(AttributeOf(*element, "name"));
-  }
-  return names;
-}

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -28,9 +27,6 @@ class PathMatches {
   FileValue ValueAt(std::size_t index) const;
   /// Types of all that an element holds; a node, an instance or a definition is "node".
   std::vector<std::string> ContentTypes(std::size_t index) const;
-
-  /// Names of everything below what `path` finds.
-  std::set<std::string> NamesBelow(const std::string& path) const;
 
  private:
   std::vector<VyrIDOMNode_var> Find(const std::string& expression) const;

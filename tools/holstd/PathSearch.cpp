@@ -47,19 +47,50 @@ std::vector<Segment> SegmentsOf(std::string_view path) {
   return segments;
 }
 
+/// Queries take the thickness table alone as a child of the root: styles have fields of that name.
+bool IsOfRoot(std::string_view path) {
+  return path == "LineThickness";
+}
+
 /// What the names of a path may skip and leave open.
 enum class Rule {
   AnyDepth,   ///< each stands at any depth below the one before it
+  Element,    ///< the same; a parameter's value counts beside its node, and names have no places
   EachLevel,  ///< each stands directly below
   FirstOnly   ///< the same, and of several of its name it is the first
 };
+
+constexpr bool IsAnyDepth(Rule rule) {
+  return rule == Rule::AnyDepth || rule == Rule::Element;
+}
+
+/// True when a node has values that paths name beside it. The only one of a parameter goes by the
+/// name of the parameter, and literals have no names in queries.
+bool HasNamedValues(const Node& node, Rule rule) {
+  if (IsAnyDepth(rule) && node.GetNodeType() == Node::NodeEnum) return false;
+  return rule == Rule::Element || !IsParameter(node);
+}
+
+/// Calls `visit` with the number of each direct value of a node that `wanted` means.
+template <class Visit>
+void ForEachValueMeant(const Node& node, const Segment& wanted, Rule rule, Visit visit) {
+  if (!HasNamedValues(node, rule)) return;
+  std::uint32_t ordinal = 0;
+  for (std::uint32_t i = 0; i < node.GetValues().size(); ++i) {
+    const std::string_view key = KeyOfValue(node, *node.GetValues()[i]);
+    if (key == wanted.name) ++ordinal;
+    const bool isCounted = !key.empty() || wanted.HasPlace();
+    if (isCounted && wanted.Means(key, ordinal, rule == Rule::FirstOnly)) visit(i);
+  }
+}
 
 class Search {
  public:
   Search(const Items& items, std::vector<Segment> segments, Rule rule)
       : items_(items),
         segments_(std::move(segments)),
-        isStrict_(rule != Rule::AnyDepth),
+        rule_(rule),
+        isStrict_(!IsAnyDepth(rule)),
         isFirstMeant_(rule == Rule::FirstOnly) {}
 
   std::vector<StandardPlace> TakePlaces() { return std::move(places_); }
@@ -100,21 +131,15 @@ class Search {
   }
 
   void SearchValues(const Work& at) {
-    const Node& node = *items_[at.item].node;
-    if (at.found + 1 != segments_.size() || IsParameter(node)) return;
-    if (!isStrict_ && node.GetNodeType() == Node::NodeEnum) return;  // literals have no names
-    const Segment& wanted = segments_.back();
-    std::uint32_t ordinal = 0;
-    for (std::uint32_t i = 0; i < node.GetValues().size(); ++i) {
-      const std::string_view key = KeyOfValue(node, *node.GetValues()[i]);
-      if (key == wanted.name) ++ordinal;
-      const bool isCounted = !key.empty() || wanted.HasPlace();
-      if (isCounted && wanted.Means(key, ordinal, isFirstMeant_)) places_.push_back({at.item, i});
-    }
+    if (at.found + 1 != segments_.size()) return;
+    ForEachValueMeant(*items_[at.item].node, segments_.back(), rule_, [&](std::uint32_t value) {
+      places_.push_back({at.item, value});
+    });
   }
 
   const Items& items_;
   std::vector<Segment> segments_;
+  Rule rule_;
   bool isStrict_;
   bool isFirstMeant_;
   std::vector<StandardPlace> places_;
@@ -131,42 +156,99 @@ std::vector<StandardPlace> FindBelowTree(const Items& items, std::string_view pa
   return search.TakePlaces();
 }
 
-/// Offers the names that may follow in a path that has led to `places`.
-class Followers {
+/// Follows a path name by name, to tell the first one that leads nowhere. Of nodes below each other
+/// it keeps the outermost, below which all of the next name is: no node is looked at twice.
+class Walk {
  public:
-  Followers(const Items& items, bool areChildren, NearestName& nearest)
-      : items_(items), areChildren_(areChildren), nearest_(nearest), seen_(items.Count(), false) {}
+  Walk(const Items& items, std::string_view path, Rule rule) : items_(items), rule_(rule) {
+    beginsWithTree_ = IsCommandPath(path) && rule != Rule::Element;
+    for (Index top = IsOfRoot(path) ? Items::kRoot : Items::kEnum; top < Items::kTops; ++top) {
+      places_.push_back({top, {}});
+    }
+  }
 
-  void Consider(Index top) {
-    std::vector<Index> work = {top};
-    while (!work.empty()) {
-      const Index item = work.back();
-      work.pop_back();
-      if (seen_[item]) continue;
-      seen_[item] = true;
-      ConsiderValues(*items_[item].node);
-      for (Index i = 0; i < items_.ChildCount(item); ++i) {
-        const Index child = items_[item].firstChild + i;
-        nearest_.Consider(items_[child].node->GetNodeName().View());
-        if (!areChildren_) work.push_back(child);
+  /// Goes on to what the name means; stays when that is nothing.
+  bool Advance(std::string_view name) {
+    if (std::exchange(beginsWithTree_, false)) {
+      std::erase_if(places_, [&](const StandardPlace& place) {
+        return Items::kTopNames[place.item] != name;
+      });
+      return true;
+    }
+    return Advance(rule_ == Rule::Element ? Segment{name, name} : SegmentOf(name));
+  }
+
+  /// Offers the names that may follow.
+  void ConsiderNext(NearestName& nearest) const {
+    ForEachItem([&](Index item, std::vector<Index>& further) {
+      ConsiderValues(*items_[item].node, nearest);
+      ForEachChild(item, [&](Index child, const Items::Item& below) {
+        nearest.Consider(below.node->GetNodeName().View());
+        if (IsAnyDepth(rule_)) further.push_back(child);
+      });
+    });
+  }
+
+ private:
+  bool Advance(const Segment& wanted) {
+    std::vector<StandardPlace> found;
+    ForEachItem([&](Index item, std::vector<Index>& further) {
+      ForEachValueMeant(*items_[item].node, wanted, rule_, [&](std::uint32_t value) {
+        found.push_back({item, value});
+      });
+      ForEachChild(item, [&](Index child, const Items::Item& below) {
+        const bool isMeant =
+            wanted.Means(below.node->GetNodeName().View(), below.ordinal, rule_ == Rule::FirstOnly);
+        if (isMeant) {
+          found.push_back({child, {}});
+        } else if (IsAnyDepth(rule_)) {
+          further.push_back(child);
+        }
+      });
+    });
+    if (found.empty()) return false;
+    places_ = std::move(found);
+    return true;
+  }
+
+  /// Calls `visit` with each node that the names have led to, and with those that it adds.
+  template <class Visit>
+  void ForEachItem(Visit visit) const {
+    std::vector<Index> further;
+    for (const StandardPlace& place : places_) {
+      if (place.value) continue;
+      further.push_back(place.item);
+      while (!further.empty()) {
+        const Index item = further.back();
+        further.pop_back();
+        visit(item, further);
       }
     }
   }
 
- private:
-  void ConsiderValues(const Node& node) {
-    const bool hasNames =
-        !IsParameter(node) && (areChildren_ || node.GetNodeType() != Node::NodeEnum);
-    for (std::size_t i = 0; hasNames && i < node.GetValues().size(); ++i) {
-      nearest_.Consider(KeyOfValue(node, *node.GetValues()[i]));
-    }
+  template <class Visit>
+  void ForEachChild(Index item, Visit visit) const {
+    const Index end = items_[item].firstChild + items_.ChildCount(item);
+    for (Index child = items_[item].firstChild; child < end; ++child) visit(child, items_[child]);
+  }
+
+  void ConsiderValues(const Node& node, NearestName& nearest) const {
+    if (!HasNamedValues(node, rule_)) return;
+    for (const auto& value : node.GetValues()) nearest.Consider(KeyOfValue(node, *value));
   }
 
   const Items& items_;
-  bool areChildren_;
-  NearestName& nearest_;
-  std::vector<bool> seen_;
+  Rule rule_;
+  bool beginsWithTree_;
+  std::vector<StandardPlace> places_;
 };
+
+PathCorrection CorrectBy(const Items& items, std::string_view path, Rule rule) {
+  Walk walk(items, path, rule);
+  return CorrectPath(
+      path, [&](std::string_view name) { return walk.Advance(name); },
+      [&](NearestName& nearest) { walk.ConsiderNext(nearest); });
+}
 
 /// Number of the values of a node that have no name.
 std::uint32_t CountUnnamed(const Node& node) {
@@ -210,15 +292,6 @@ std::string ContentOf(const Items& items, const std::optional<StandardPlace>& ho
          Counted(node.GetNumOfValue(), "value") + ", none of that name";
 }
 
-/// Offers the names that may follow `places`.
-void ConsiderBelow(const Items& items, const std::vector<StandardPlace>& places, bool areChildren,
-                   NearestName& nearest) {
-  Followers followers(items, areChildren, nearest);
-  for (const StandardPlace& place : places) {
-    if (!place.value) followers.Consider(place.item);
-  }
-}
-
 }  // namespace
 
 bool IsCommandPath(std::string_view path) {
@@ -241,8 +314,7 @@ std::vector<StandardPlace> FindPlaces(const Items& items, std::string_view path)
   std::vector<Segment> segments = SegmentsOf(path);
   if (segments.empty()) return {};
   if (IsCommandPath(path)) return FindBelowTree(items, path, Rule::EachLevel);
-  // Queries take the thickness table alone as a child of the root: styles have fields of that name.
-  const bool isOfRoot = path == "LineThickness";
+  const bool isOfRoot = IsOfRoot(path);
   Search search(items, std::move(segments), isOfRoot ? Rule::EachLevel : Rule::AnyDepth);
   for (Index top = isOfRoot ? Items::kRoot : Items::kEnum; top < Items::kTops; ++top) {
     search.SearchBelow(top, 0);
@@ -260,17 +332,14 @@ std::optional<StandardPlace> FindPlace(const Items& items, std::string_view path
   return node == places.end() ? places.front() : *node;
 }
 
+PathCorrection CorrectQuery(const Items& items, const std::string& path) {
+  return CorrectBy(items, path, IsOfRoot(path) ? Rule::EachLevel : Rule::Element);
+}
+
 std::string MissingPlace(const Items& items, const std::string& path) {
   const bool isStrict = IsCommandPath(path);
-  const auto isThere = [&](const std::string& longer) {
-    return !FindPlaces(items, longer).empty();
-  };
   PathCorrection correction =
-      CorrectPath(path, isThere, [&](const std::string& found, NearestName& nearest) {
-        const std::vector<StandardPlace> trees = {
-            {Items::kEnum, {}}, {Items::kTypeDef, {}}, {Items::kRoot, {}}};
-        ConsiderBelow(items, found.empty() ? trees : FindPlaces(items, found), isStrict, nearest);
-      });
+      CorrectBy(items, path, isStrict || IsOfRoot(path) ? Rule::EachLevel : Rule::AnyDepth);
   if (!correction.isNeeded) return "there is no " + Quoted(path);
   const std::string howMany = HowMany(items, correction, {});
   if (!howMany.empty()) correction.path = correction.nearest = {};
@@ -283,15 +352,7 @@ std::string MissingBranch(const Items& items, const std::string& path) {
     return Quoted(path.substr(0, path.find('.'))) +
            " is no tree of a standard; a path begins with Root, Enum or TypeDef";
   }
-  const auto isThere = [&](const std::string& longer) {
-    return FindPlace(items, longer).has_value();
-  };
-  PathCorrection correction =
-      CorrectPath(path, isThere, [&](const std::string& found, NearestName& nearest) {
-        if (const auto holder = FindPlace(items, found)) {
-          ConsiderBelow(items, {*holder}, true, nearest);
-        }
-      });
+  PathCorrection correction = CorrectBy(items, path, Rule::FirstOnly);
   if (!correction.isNeeded) {
     const std::size_t dot = path.rfind('.');
     return Quoted(path) + " is a value, not a node; a command names it " +

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Nearest.h"
 #include "StandardItems.h"
 #include "VyrAnnStandardXMLParser.h"
 
@@ -21,6 +22,8 @@ bool IsCommandPath(std::string_view path);
 /// `path` without the places in brackets that its names have.
 std::string WithoutPlaces(std::string_view path);
 
+/// What may have been meant by a path with which a query finds nothing.
+PathCorrection CorrectQuery(const StandardItems& items, const std::string& path);
 /// Says which name of a path that means nothing is the first that is not there, and what may have
 /// been meant.
 std::string MissingPlace(const StandardItems& items, const std::string& path);
