@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "FuzzTarget.h"
@@ -42,4 +43,24 @@ inline void RequireSameAgain(VyrAnnStandardXMLParser& document, const VyrUnicode
     const std::string difference = FindDifference(*top, *read);
     Require(difference.empty(), difference.c_str());
   }
+}
+
+/// A text is read as a standard that is saved, read again and saved alike; or it is refused, with
+/// the reason and one of its lines.
+inline void RequireReadOrRefused(std::string_view text) {
+  VyrAnnStandardXMLParser document;
+  if (document.DecodeXML(text, 0) != 0) {
+    const VyrProblem& problem = document.GetProblem();
+    Require(!problem.IsEmpty(), "a refusal says why");
+    // An encoding may have line ends of its own, but none takes less than a byte.
+    const bool isLine =
+        problem.line > 0 && static_cast<std::size_t>(problem.line) <= text.size() + 1;
+    Require(isLine, "a refusal names a line that is there");
+    return;
+  }
+  document.Check();
+  document.GetVersion();
+  const VyrUnicodeString saved = Saved(document);
+  Require(!saved.IsEmpty(), "what was read can be saved");
+  RequireSameAgain(document, saved);
 }

@@ -86,12 +86,18 @@ std::string_view View(const xmlChar* text) {
 }
 
 /// The parser's events, each sent on to the tree, and the guards against hostile entities.
+///
+/// The parser is never stopped from within an event: it would go on for some steps with pointers to
+/// a text that it has left. After a refusal the text becomes blanks, so that it finds nothing more,
+/// and what it still says is not heard.
 class Reader {
  public:
-  Reader(xmlParserCtxt* context, VyrXMLTree& tree, std::size_t documentSize, VyrProblem& problem)
+  /// `text` is the one that the parser reads, from where it lies.
+  Reader(xmlParserCtxt* context, std::string& text, VyrXMLTree& tree, VyrProblem& problem)
       : context_(context),
-        builder_(tree, documentSize),
-        expansionLeft_(kFreeExpansion + documentSize),
+        text_(text),
+        builder_(tree, text.size()),
+        expansionLeft_(kFreeExpansion + text.size()),
         problem_(problem) {
     InstallHandlers();
   }
@@ -104,7 +110,7 @@ class Reader {
 
   bool Finish(bool isWellFormed) {
     if (!problem_.IsEmpty()) return false;
-    StopAtTooManyNames();
+    RefuseTooManyNames();
     // Of a fault the parser tells, but not of memory that it lacks to begin with.
     if (!isWellFormed && problem_.IsEmpty()) RefuseForMemory();
     if (problem_.IsEmpty()) builder_.EndDocument();
@@ -112,9 +118,9 @@ class Reader {
   }
 
  private:
-  /// Every event comes through here. After a refusal none is heard any more: inside an entity the
-  /// parser goes on to the entity's end, whatever it was told, and would end elements that were
-  /// never started. No exception may pass through the parser, which is written in C.
+  /// Every event comes through here. After a refusal none is heard any more: the parser goes on
+  /// with what it was given, and would end elements that were never started. No exception may pass
+  /// through the parser, which is written in C.
   template <auto Event, class Result, class... Arguments>
   static Result On(void* self, Arguments... arguments) {
     Reader& reader = *static_cast<Reader*>(self);
@@ -210,8 +216,8 @@ class Reader {
       builder_.AddAttribute({Narrow(attributes[0]), Narrow(attributes[1]), Narrow(attributes[2])},
                             View(attributes[3], size));
     }
-    StopWhenTooLarge();
-    StopAtTooManyNames();
+    RefuseWhenTooLarge();
+    RefuseTooManyNames();
   }
 
   void EndElement(const xmlChar*, const xmlChar*, const xmlChar*) {
@@ -221,7 +227,7 @@ class Reader {
 
   void AddText(const xmlChar* text, int size) {
     builder_.AddText(View(text, size), Line());
-    StopWhenTooLarge();
+    RefuseWhenTooLarge();
   }
 
   void AddCData(const xmlChar* text, int size) {
@@ -232,7 +238,7 @@ class Reader {
 
   void AddLeaf(VyrXMLTree::Kind kind, std::string_view text) {
     builder_.AddLeaf(kind, text, Line());
-    StopWhenTooLarge();
+    RefuseWhenTooLarge();
   }
 
   void AddInstruction(const xmlChar* target, const xmlChar* text) {
@@ -240,8 +246,8 @@ class Reader {
     const xmlChar* unique = xmlDictLookup(context_->dict, target, -1);
     if (unique == nullptr) return RefuseForMemory();
     builder_.AddProcessingInstruction({Narrow(unique), nullptr, nullptr}, View(text), Line());
-    StopWhenTooLarge();
-    StopAtTooManyNames();
+    RefuseWhenTooLarge();
+    RefuseTooManyNames();
   }
 
   void TakeError(xmlError* error) {
@@ -288,7 +294,7 @@ class Reader {
     --depth_;
   }
 
-  /// Lets the parser use an entity, or stops it. Asked once for every reference that is replaced,
+  /// Lets the parser use an entity, or refuses it. Asked once for every reference that is replaced,
   /// so the sum of what is admitted is what the document expands to.
   xmlEntity* Admit(xmlEntity* entity) {
     if (entity == nullptr) return nullptr;
@@ -324,11 +330,11 @@ class Reader {
     return context_->inputNr > 0 && context_->inputTab[0]->cur >= context_->inputTab[0]->end;
   }
 
-  void StopWhenTooLarge() {
+  void RefuseWhenTooLarge() {
     if (!builder_.FitsInTree()) Refuse("larger than 4 GB of text; split the standard");
   }
 
-  void StopAtTooManyNames() {
+  void RefuseTooManyNames() {
     if (xmlDictSize(context_->dict) > kMostNames) {
       Refuse("has more than " + std::to_string(kMostNames) +
              " different element and attribute names; the names in a standard are those of its "
@@ -341,20 +347,22 @@ class Reader {
   void RefuseAt(int line, std::string text) {
     if (!problem_.IsEmpty()) return;
     problem_ = {line, std::move(text)};
-    xmlStopParser(context_);
+    BlankText();
   }
 
-  /// The parser is not stopped: that frees the text, of which it may be in the middle when it finds
-  /// that it has no memory. It goes on to the end, unheard and without the entities.
   void RefuseForMemory() {
     problem_.line = 0;
     VyrSayOutOfMemory(problem_.text);
+    BlankText();
   }
+
+  void BlankText() { std::fill(text_.begin(), text_.end(), ' '); }
 
   /// The line of the document itself: inside an entity, the line that refers to it.
   int Line() const { return context_->inputNr == 0 ? 0 : context_->inputTab[0]->line; }
 
   xmlParserCtxt* context_;
+  std::string& text_;
   VyrXMLTreeBuilder builder_;
   std::size_t expansionLeft_;
   std::size_t parameterText_ = 0;
@@ -370,21 +378,22 @@ class Reader {
   VyrProblem& problem_;
 };
 
-bool Parse(std::string_view utf8, VyrXMLTree& tree, VyrProblem& problem) {
+bool Parse(std::string text, VyrXMLTree& tree, VyrProblem& problem) {
   xmlInitParser();
   const VyrQuietXML quiet;
   const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
   if (context == nullptr) throw std::bad_alloc();
-  Reader reader(context.get(), tree, utf8.size(), problem);
+  Reader reader(context.get(), text, tree, problem);
   xmlSetStructuredErrorFunc(&reader, Reader::TakeInnerError);
-  constexpr int options = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC;
-  // Told no encoding the parser reads the text as it is, in UTF-8. Told "UTF-8" it would copy it
-  // through a converter, and crash when there is no memory for the copy.
-  xmlDoc* declarations = xmlCtxtReadMemory(
-      context.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr, options);
-  const bool isWellFormed = declarations != nullptr;
-  if (declarations != nullptr) xmlFreeDoc(declarations);
-  return reader.Finish(isWellFormed);
+  xmlCtxtUseOptions(context.get(),
+                    XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC);
+  // The parser reads the text in place. A copy of its own it would move and free while it has
+  // pointers to it, when memory runs out or a fault ends the reading.
+  xmlParserInput* const input =
+      xmlNewStringInputStream(context.get(), reinterpret_cast<const xmlChar*>(text.c_str()));
+  if (input == nullptr) throw std::bad_alloc();
+  inputPush(context.get(), input);
+  return reader.Finish(xmlParseDocument(context.get()) == 0);
 }
 
 bool Read(std::string_view document, const char* encoding, VyrXMLTree& tree, VyrProblem& problem) {
@@ -404,7 +413,8 @@ bool Read(std::string_view document, const char* encoding, VyrXMLTree& tree, Vyr
     problem = {static_cast<int>(std::count(before.begin(), before.end(), '\n')) + 1, excess->text};
     return false;
   }
-  return Parse(utf8, tree, problem);
+  const bool isConverted = utf8.data() == converted.data();
+  return Parse(isConverted ? std::move(converted) : std::string(utf8), tree, problem);
 }
 
 }  // namespace
