@@ -44,13 +44,18 @@ constexpr BadCommand kBadCommands[] = {
     {"node root:A", "'root' is no tree"},
     {"node Styles:A", "begins with Root, Enum or TypeDef"},
     {"node Root.Dimensions:A", "did you mean 'Root.Dimension'?"},
-    {"change Root.Frames.FrameDef[2].Name:X",
-     "brackets, which commands do not take; a path means "
-     "the first 'FrameDef' there"},
-    {"delete Root.Frames.FrameDef[2]", "which commands do not take"},
-    {"change Root.Frames.FrameDef.Name:X", "a command names it 'Root.Frames.FrameDef:Name'"},
+    {"change Root.Frames.FrameDef[3]:Name:X", "of 'FrameDef' there are 2"},
+    {"change Root.Frames.FrameDef[0]:Name:X", "of 'FrameDef' there are 2"},
+    {"change Root.Frames.FrameDef[Cirle]:Name:X", "did you mean 'FrameDef[Circle]'?"},
+    {"change Root.Frames.FrameDef[Gear.1:2]:Name:X",
+     "of 'FrameDef' there are 2, none of that Name"},
+    {"change Root.Frames.FrameDef[2].Nmae:X", "'Root.Frames.FrameDef[2].Name'?"},
+    {"change Root.Sizes.[3]:1.0", "values without a name there are 2"},
+    {"delete Root.Frames.FrameDef[3]", "of 'FrameDef' there are 2"},
+    {"field Root.Frames.FrameDef[3]:A:int:1", "of 'FrameDef' there are 2"},
+    {"each Root.Frames[2] :A:int:1", "of 'Frames' there is 1"},
     {"node Root.Frames.FrameDef.Name:X", "'Root.Frames.FrameDef.Name' is a value, not a node"},
-    {"value Root.Frames.FrameDef[2]:A:int:1", "which commands do not take"},
+    {"value Root.Frames.FrameDef[3]:A:int:1", "of 'FrameDef' there are 2"},
     {"change Root..Dimension.DIMLTail:1", "two dots follow each other; did you mean "},
     {"change Root.dimension.dimltail:1", "did you mean 'Root.Dimension.DIMLTail'?"},
     {"delete Enum.YesNoo.Yess", "did you mean 'Enum.YesNo.Yes'?"},
@@ -134,14 +139,15 @@ TEST_F(Edit, EveryVerbDoesItsWork) {
   EXPECT_EQ(Branch("Dimension.DIMLTail"), "node DIMLTail: float 12.5, at least 0.0\n");
   EXPECT_EQ(Branch("Enum.YesNo"),
             "enum YesNo\n  value: string \"Maybe\"\n  value: string \"Yes\"\n");
-  // Three frames of one name: the first match is served three times.
+  // Three frames of one name: each is served.
   EXPECT_EQ(
       Branch("Frames"),
       "node Frames\n"
       "  instance FrameDef\n    value Name: string \"Gearbox: mark\"\n    value Type: int 21\n"
-      "    value Scale: float 1.0\n    value Scale: float 1.0\n    value Scale: float 1.0\n"
+      "    value Scale: float 1.0\n"
       "  instance FrameDef\n    value Name: string \"Circle\"\n    value Type: int 3\n"
-      "  instance FrameDef\n    value Name: string \"Mark\"\n");
+      "    value Scale: float 1.0\n"
+      "  instance FrameDef\n    value Name: string \"Mark\"\n    value Scale: float 1.0\n");
   EXPECT_EQ(RunTool({"get", output, "Ink"}).status, 1);
   EXPECT_EQ(ReadWholeFile(file), SampleStandard());
 }

@@ -93,7 +93,8 @@ TEST(Tree, AMistypedPathIsAnsweredWithTheNearestOne) {
       {"Root...X", "two dots follow each other; one joins two names"},
       {"Frames.FrameDef[3].Name", "no 'FrameDef[3]' in 'Root.Frames'; of 'FrameDef' there are 2\n"},
       {"Frames.FrameDef.Type[2]", "no 'Type[2]' in 'Root.Frames.FrameDef'; of 'Type' there is 1\n"},
-      {"Frames.FrameDef[x]", "did you mean 'Root.Frames.FrameDef'?"},
+      {"Frames.FrameDef[x]", "of 'FrameDef' there are 2, none of that Name\n"},
+      {"Frames.FrameDef[cirlce]", "did you mean 'FrameDef[Circle]'?"},
       {"Enum.yesno", "did you mean 'Enum.YesNo'?"},
       {"TypeDef.FrameDef.Nam", "did you mean 'TypeDef.FrameDef.Name'?"},
   };

@@ -2,6 +2,7 @@
 #include <deque>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "Arguments.h"
@@ -9,7 +10,6 @@
 #include "InPlace.h"
 #include "InputFile.h"
 #include "Objections.h"
-#include "PathSearch.h"
 #include "Reports.h"
 #include "Signals.h"
 #include "Standard.h"
@@ -115,39 +115,50 @@ void CheckLiterals(VyrAnnStandardXMLParser& document, const Literals& literals) 
 }
 
 /// Does a command that serves one place only. Throws `Failure` when it cannot be done.
-void RunOne(VyrAnnStandardXMLParser& document, const Step& step, const Command& command,
-            Literals& literals) {
-  const std::string objection = ObjectionTo(document, command.verb, command.text);
+void RunOne(CommandPaths& paths, const Step& step, const Command& command, Literals& literals) {
+  const std::string objection = ObjectionTo(paths, command.verb, command.text);
   if (!objection.empty()) throw Failure{kInvalidInput, step.place, step.line, objection};
-  if (auto written = LiteralWritten(document, command.verb, command.text)) {
+  if (auto written = LiteralWritten(paths, command.verb, command.text)) {
     literals.emplace_back(&step, std::move(*written));
   }
   const ReportRecorder recorder;
-  const int result = command.Run(document);
+  const int result = paths.Run(command.verb, command.text);
   if (result == 0 && recorder.failedChecks.empty()) return;
   throw Failure{kInvalidInput, step.place, step.line,
                 "cannot be done (result " + std::to_string(result) + ")" +
                     (recorder.failedChecks.empty() ? "" : ": " + recorder.failedChecks.front())};
 }
 
+/// The name of every child, with its place where it is not the first of that name.
+std::vector<std::string> NamesOfChildren(const VyrAnnStandardXMLNode& parent) {
+  std::vector<std::string> names;
+  std::unordered_map<std::string_view, std::size_t> seen;
+  for (const VyrAnnStandardXMLNode_var& child : parent.GetNodes()) {
+    const std::string_view name = child->GetNodeName().View();
+    const std::size_t place = ++seen[name];
+    names.emplace_back(name);
+    if (place > 1) names.back() += "[" + std::to_string(place) + "]";
+  }
+  return names;
+}
+
 /// Does an each-command child by child: it is done for every one of them, or not at all.
-void RunEach(VyrAnnStandardXMLParser& document, const Step& step, Literals& literals) {
-  const VyrAnnStandardXMLNode_var parent(document.GetNodeWithPath(step.command.path));
+void RunEach(CommandPaths& paths, const Step& step, Literals& literals) {
+  const VyrAnnStandardXMLNode_var parent = paths.NodeAt(step.command.path);
   if (!parent || parent->GetNodes().empty()) {
     throw Failure{kInvalidInput, step.place, step.line,
                   parent ? Quoted(step.command.path) + " has no child nodes to add to"
-                         : MissingName(document, step.command.path)};
+                         : paths.Missing(step.command.path)};
   }
   Command command = step.command;
   command.verb = step.command.verb == Verb::Each ? Verb::Value : Verb::Node;
   command.path = {};
   // The names first: a command may add to the very list that is walked.
-  const VyrAnnStandardXMLNode::Nodes children = parent->GetNodes();
-  for (const VyrAnnStandardXMLNode_var& child : children) {
+  for (const std::string& child : NamesOfChildren(*parent)) {
     std::string text(step.command.path);
-    text.append(".").append(child->GetNodeName().View()).append(step.command.text);
+    text.append(".").append(child).append(step.command.text);
     command.text = text;
-    RunOne(document, step, command, literals);
+    RunOne(paths, step, command, literals);
   }
 }
 
@@ -155,6 +166,7 @@ void RunEach(VyrAnnStandardXMLParser& document, const Step& step, Literals& lite
 long RunAll(Standard& standard, const Steps& steps, const Session& session) {
   long done = 0;
   Literals literals;
+  CommandPaths paths(standard.document);
   for (const Step& step : steps.All()) {
     const std::string place =
         step.line > 0 ? step.place + ":" + std::to_string(step.line) : step.place;
@@ -165,9 +177,9 @@ long RunAll(Standard& standard, const Steps& steps, const Session& session) {
     }
     const bool isEach = step.command.verb == Verb::Each || step.command.verb == Verb::EachNode;
     if (isEach) {
-      RunEach(standard.document, step, literals);
+      RunEach(paths, step, literals);
     } else {
-      RunOne(standard.document, step, step.command, literals);
+      RunOne(paths, step, step.command, literals);
     }
     session.SayInDetail(place + ": done: " + std::string(step.source));
     ++done;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Format.h"
+#include "PathNames.h"
 
 namespace {
 
@@ -112,7 +113,7 @@ PathCorrection CorrectPath(std::string_view path,
   correction.isNeeded = !correction.dots.empty();
   int wrongNames = 0;
   for (std::size_t begin = 0; begin < path.size();) {
-    const std::size_t end = std::min(path.find('.', begin), path.size());
+    const std::size_t end = begin + LengthOfName(path.substr(begin), ".", Cut::AroundBrackets);
     std::string name(path.substr(begin, end - begin));
     begin = end + 1;
     if (name.empty()) continue;

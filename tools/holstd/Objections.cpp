@@ -8,7 +8,6 @@
 
 #include "Format.h"
 #include "Nearest.h"
-#include "PathSearch.h"
 
 namespace {
 
@@ -58,13 +57,13 @@ std::string ObjectionToPosition(std::string_view position, long count) {
          Counted(count, "element") + "; 0 adds at the end";
 }
 
-std::string ObjectionToNode(Document& document, std::string_view text) {
+std::string ObjectionToNode(CommandPaths& paths, std::string_view text) {
   std::string_view path;
   std::string_view name;
-  CutField(text, path);
+  paths.CutPath(text, path);
   CutField(text, name);
-  const VyrAnnStandardXMLNode_var target(document.GetNodeWithPath(path));
-  if (!target) return MissingName(document, path);
+  const VyrAnnStandardXMLNode_var target = paths.NodeAt(path);
+  if (!target) return paths.Missing(path);
   if (std::string objection = ObjectionToName(name, "PATH:NAME, or PATH:NAME:POSITION");
       !objection.empty()) {
     return objection;
@@ -72,48 +71,40 @@ std::string ObjectionToNode(Document& document, std::string_view text) {
   return ObjectionToPosition(text, target->GetNumOfNode());
 }
 
-/// Where `field` adds: the last child of the node before the path's last name.
-VyrAnnStandardXMLNode_var LastEntry(Document& document, std::string_view path,
-                                    std::string& objection) {
+std::string ObjectionToEntry(CommandPaths& paths, std::string_view path) {
   const std::size_t dot = path.rfind('.');
-  const std::string_view holder = path.substr(0, dot);
-  const VyrAnnStandardXMLNode_var list(document.GetNodeWithPath(holder));
   if (dot == std::string_view::npos) {
-    objection = Quoted(path) + " names no entry; expected is the path of the entry last added";
-  } else if (!list) {
-    objection = MissingName(document, holder);
-  } else if (list->GetNodes().empty()) {
-    objection = Quoted(holder) + " has no entries yet; add one first, with 'instance' or 'node'";
-  } else {
-    return list->GetNodes().back();
+    return Quoted(path) + " names no entry; expected is the path of the entry last added";
   }
-  return {};
+  const std::string_view holder = path.substr(0, dot);
+  const VyrAnnStandardXMLNode_var list = paths.NodeAt(holder);
+  if (list && list->GetNodes().empty()) {
+    return Quoted(holder) + " has no entries yet; add one first, with 'instance' or 'node'";
+  }
+  return paths.Missing(list ? path : holder);
 }
 
-std::string ObjectionToValue(Document& document, Verb verb, std::string_view text) {
+std::string ObjectionToValue(CommandPaths& paths, Verb verb, std::string_view text) {
   constexpr const char* form = "PATH:NAME:TYPE:VALUE, or PATH:NAME:TYPE:VALUE:POSITION";
   std::string_view path;
   std::string_view name;
   std::string_view type;
   std::string_view value;
-  const bool hasType = CutField(text, path) && CutField(text, name);
+  const bool hasType = paths.CutPath(text, path) && CutField(text, name);
   CutField(text, type);
   CutField(text, value);
   if (!hasType) return std::string("fields are missing; expected is ") + form;
 
-  std::string objection;
   const bool isField = verb == Verb::Field;
-  const VyrAnnStandardXMLNode_var target =
-      isField ? LastEntry(document, path, objection)
-              : VyrAnnStandardXMLNode_var(document.GetNodeWithPath(path));
-  if (!objection.empty()) return objection;
-  if (!target) return MissingName(document, path);
+  const VyrAnnStandardXMLNode_var target = isField ? paths.EntryToFill(path) : paths.NodeAt(path);
+  if (!target) return isField ? ObjectionToEntry(paths, path) : paths.Missing(path);
 
   const bool isWrapped = !isField && path.substr(0, path.find('.')) == "Root" &&
                          target->GetNodeType() != Node::NodeInstance;
   if (!isWrapped && target->GetNodeType() == Node::NodeTop) {
     return Quoted(path) + " holds nodes only; add the value to one of them";
   }
+  std::string objection;
   if (isWrapped) objection = ObjectionToName(name, form);
   if (objection.empty()) objection = ObjectionToType(type);
   if (!objection.empty()) return objection;
@@ -130,52 +121,56 @@ std::string ObjectionToFieldName(const Node& node, std::string_view path, std::s
          "; expected is PATH:FIELD:TEXT with the name of one of them";
 }
 
-std::string ObjectionToChange(Document& document, std::string_view text) {
+using Find = VyrAnnStandardXMLValue* (Node::*)(VyrUnicodeView) const;
+
+/// The value that the language finds by the last name of a path, which leads to no node.
+VyrAnnStandardXMLValue_var FindValue(CommandPaths& paths, std::string_view path, Find find) {
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos) return {};
+  const VyrAnnStandardXMLNode_var holder = paths.NodeAt(path.substr(0, dot));
+  return holder ? VyrAnnStandardXMLValue_var(((*holder).*find)(path.substr(dot + 1)))
+                : VyrAnnStandardXMLValue_var();
+}
+
+/// By its present text.
+VyrAnnStandardXMLValue_var ValueOfText(CommandPaths& paths, std::string_view path) {
+  return FindValue(paths, path, &Node::GetValueWithPath);
+}
+
+std::string ObjectionToChange(CommandPaths& paths, std::string_view text) {
   std::string_view path;
-  if (!CutField(text, path)) {
+  if (!paths.CutPath(text, path)) {
     return "the new text is missing; expected is PATH:TEXT, or PATH:FIELD:TEXT for one of several";
   }
-  if (const VyrAnnStandardXMLNode_var node(document.GetNodeWithPath(path)); node) {
+  if (const VyrAnnStandardXMLNode_var node = paths.NodeAt(path)) {
     if (!node->GetNodes().empty()) {
       return Quoted(path) + " has " + Counted(node->GetNumOfNode(), "child node") +
              " and so no value to change; name one of them";
     }
     return node->GetNumOfValue() == 1 ? std::string() : ObjectionToFieldName(*node, path, text);
   }
-  const std::size_t dot = path.find('.');
-  const VyrAnnStandardXMLNode_var top(document.GetNodeWithPath(path.substr(0, dot)));
-  if (top && dot != std::string_view::npos &&
-      VyrAnnStandardXMLValue_var(top->GetValueWithPath(path.substr(dot + 1)))) {
-    return {};
-  }
-  return MissingName(document, path);
+  const bool isValue = ValueOfText(paths, path) || paths.ValueAt(path);
+  return isValue ? std::string() : paths.Missing(path);
 }
 
-std::string ObjectionToDelete(Document& document, std::string_view path) {
-  if (VyrAnnStandardXMLNode_var(document.GetNodeWithPath(path))) {
+std::string ObjectionToDelete(CommandPaths& paths, std::string_view path) {
+  if (paths.NodeAt(path)) {
     return path.find('.') != std::string_view::npos
                ? std::string()
                : Quoted(path) + " is a tree of the standard; delete what it holds";
   }
-  const std::size_t dot = path.rfind('.');
-  if (dot != std::string_view::npos) {
-    const VyrAnnStandardXMLNode_var holder(document.GetNodeWithPath(path.substr(0, dot)));
-    const std::string_view last = path.substr(dot + 1);
-    if (holder && (VyrAnnStandardXMLValue_var(holder->GetValueByName(last)) ||
-                   VyrAnnStandardXMLValue_var(holder->GetValueWithPath(last)))) {
-      return {};
-    }
-  }
-  return MissingName(document, path);
+  const bool isValue = FindValue(paths, path, &Node::GetValueByName) || ValueOfText(paths, path) ||
+                       paths.ValueAt(path);
+  return isValue ? std::string() : paths.Missing(path);
 }
 
 /// The value that `change` is about to change, with what is left of `text` once it is named.
-VyrAnnStandardXMLValue_var ValueToChange(Document& document, std::string_view path,
+VyrAnnStandardXMLValue_var ValueToChange(CommandPaths& paths, std::string_view path,
                                          std::string_view& text) {
-  const VyrAnnStandardXMLNode_var node(document.GetNodeWithPath(path));
+  const VyrAnnStandardXMLNode_var node = paths.NodeAt(path);
   if (!node) {
-    const VyrAnnStandardXMLNode_var root(document.GetNodeWithPath("Root"));
-    return VyrAnnStandardXMLValue_var(root->GetValueWithPath(path.substr(path.find('.') + 1)));
+    const VyrAnnStandardXMLValue_var value = ValueOfText(paths, path);
+    return value ? value : paths.ValueAt(path);
   }
   if (node->GetNumOfValue() == 1) return node->GetValues().front();
   std::string_view field;
@@ -183,25 +178,25 @@ VyrAnnStandardXMLValue_var ValueToChange(Document& document, std::string_view pa
   return VyrAnnStandardXMLValue_var(node->GetValueByName(field));
 }
 
-std::optional<WrittenLiteral> LiteralChanged(Document& document, std::string_view text) {
+std::optional<WrittenLiteral> LiteralChanged(CommandPaths& paths, std::string_view text) {
   std::string_view path;
-  CutField(text, path);
-  const VyrAnnStandardXMLValue_var value = ValueToChange(document, path, text);
+  paths.CutPath(text, path);
+  const VyrAnnStandardXMLValue_var value = ValueToChange(paths, path, text);
   if (!value || value->GetType() != VyrAnnStandardXMLValue::ValueEnum) return std::nullopt;
   return WrittenLiteral{std::string(value->GetValueName().View()), std::string(text), false};
 }
 
-std::optional<WrittenLiteral> LiteralAdded(Document& document, Verb verb, std::string_view text) {
+std::optional<WrittenLiteral> LiteralAdded(CommandPaths& paths, Verb verb, std::string_view text) {
   std::string_view path;
   std::string_view name;
   std::string_view type;
   std::string_view value;
-  CutField(text, path);
+  paths.CutPath(text, path);
   CutField(text, name);
   CutField(text, type);
   CutField(text, value);
   if (!type.starts_with("enum.")) return std::nullopt;
-  const VyrAnnStandardXMLNode_var node(document.GetNodeWithPath(path));
+  const VyrAnnStandardXMLNode_var node = paths.NodeAt(path);
   const bool isField = verb == Verb::Field || (node && node->GetNodeType() == Node::NodeInstance);
   // A field takes its literals from the enumeration of its own name.
   return WrittenLiteral{std::string(isField ? name : type.substr(5)), std::string(value), true};
@@ -209,10 +204,11 @@ std::optional<WrittenLiteral> LiteralAdded(Document& document, Verb verb, std::s
 
 }  // namespace
 
-std::optional<WrittenLiteral> LiteralWritten(Document& document, Verb verb, std::string_view text) {
+std::optional<WrittenLiteral> LiteralWritten(CommandPaths& paths, Verb verb,
+                                             std::string_view text) {
   if (text.substr(0, text.find_first_of(".:")) != "Root") return std::nullopt;
-  if (verb == Verb::Change) return LiteralChanged(document, text);
-  if (verb == Verb::Value || verb == Verb::Field) return LiteralAdded(document, verb, text);
+  if (verb == Verb::Change) return LiteralChanged(paths, text);
+  if (verb == Verb::Value || verb == Verb::Field) return LiteralAdded(paths, verb, text);
   return std::nullopt;
 }
 
@@ -246,18 +242,18 @@ std::string ObjectionToLiteral(Document& document, const WrittenLiteral& written
          std::to_string(literals.size());
 }
 
-std::string ObjectionTo(Document& document, Verb verb, std::string_view text) {
+std::string ObjectionTo(CommandPaths& paths, Verb verb, std::string_view text) {
   switch (verb) {
     case Verb::Node:
     case Verb::Instance:
-      return ObjectionToNode(document, text);
+      return ObjectionToNode(paths, text);
     case Verb::Value:
     case Verb::Field:
-      return ObjectionToValue(document, verb, text);
+      return ObjectionToValue(paths, verb, text);
     case Verb::Change:
-      return ObjectionToChange(document, text);
+      return ObjectionToChange(paths, text);
     case Verb::Delete:
-      return ObjectionToDelete(document, text);
+      return ObjectionToDelete(paths, text);
     case Verb::Each:
     case Verb::EachNode:
       break;

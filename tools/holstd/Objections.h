@@ -4,13 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "CommandPaths.h"
 #include "VyrAnnStandardScript.h"
 #include "VyrAnnStandardXMLParser.h"
 
 /// Why a command cannot be done, and what would be right; empty when nothing speaks against it.
 /// Objects also to what the command language lets pass and nobody means: a misspelt type that
 /// makes a string, a node without a name, a change without effect. Not for the each-verbs.
-std::string ObjectionTo(VyrAnnStandardXMLParser& document, VyrAnnStandardScript::Verb verb,
+std::string ObjectionTo(CommandPaths& paths, VyrAnnStandardScript::Verb verb,
                         std::string_view text);
 
 /// A literal that a command writes, and the enumeration that must have it.
@@ -21,8 +22,7 @@ struct WrittenLiteral {
 };
 /// What a command that nothing speaks against is about to write below "Root"; nothing when that is
 /// no literal.
-std::optional<WrittenLiteral> LiteralWritten(VyrAnnStandardXMLParser& document,
-                                             VyrAnnStandardScript::Verb verb,
+std::optional<WrittenLiteral> LiteralWritten(CommandPaths& paths, VyrAnnStandardScript::Verb verb,
                                              std::string_view text);
 /// Says that a literal is not defined, and what would be; empty when it is. No application opens a
 /// standard with such a literal. Where the whole enumeration was missing before, nothing is worse.

@@ -1,51 +1,17 @@
 #include "PathSearch.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 #include "Format.h"
 #include "Nearest.h"
+#include "PathNames.h"
 
 namespace {
 
 using Items = StandardItems;
 using Index = StandardItems::Index;
 using Node = VyrAnnStandardXMLNode;
-
-/// A name of a path.
-struct Segment {
-  std::string_view text;
-  std::string_view name;      ///< the text without a place
-  std::uint32_t ordinal = 0;  ///< the place, if there is one
-
-  bool HasPlace() const { return name.size() != text.size(); }
-  bool Means(std::string_view other, std::uint32_t place, bool isFirstMeant) const {
-    if (HasPlace() && other == name && place == ordinal) return true;
-    return other == text && (!isFirstMeant || place <= 1);
-  }
-};
-
-Segment SegmentOf(std::string_view text) {
-  Segment segment = {text, text};
-  const std::size_t bracket = text.rfind('[');
-  if (bracket == std::string_view::npos || !text.ends_with(']')) return segment;
-  const char* const end = text.data() + text.size() - 1;
-  const auto [stop, error] = std::from_chars(text.data() + bracket + 1, end, segment.ordinal);
-  if (error != std::errc() || stop != end) return {text, text};
-  segment.name = text.substr(0, bracket);
-  return segment;
-}
-
-std::vector<Segment> SegmentsOf(std::string_view path) {
-  std::vector<Segment> segments;
-  while (!path.empty()) {
-    const std::size_t dot = path.find('.');
-    segments.push_back(SegmentOf(path.substr(0, dot)));
-    path = dot == std::string_view::npos ? std::string_view() : path.substr(dot + 1);
-  }
-  return segments;
-}
 
 /// Queries take the thickness table alone as a child of the root: styles have fields of that name.
 bool IsOfRoot(std::string_view path) {
@@ -71,24 +37,36 @@ bool HasNamedValues(const Node& node, Rule rule) {
   return rule == Rule::Element || !IsParameter(node);
 }
 
+/// Below a node, unless at any depth, brackets tell entries apart only where nothing is called just
+/// so.
+PathName MeantBelow(const Node& node, const PathName& wanted, Rule rule) {
+  const bool isLiteral = !IsAnyDepth(rule) && wanted.HasBrackets() &&
+                         VyrAnnStandardXMLNode_var(node.GetNodeByName(wanted.text));
+  return isLiteral ? PathName::Literal(wanted.text) : wanted;
+}
+
+std::string_view EntryNameOf(const Items::Item& item) {
+  return item.entryName == nullptr ? std::string_view() : item.entryName->GetValue().View();
+}
+
 /// Calls `visit` with the number of each direct value of a node that `wanted` means.
 template <class Visit>
-void ForEachValueMeant(const Node& node, const Segment& wanted, Rule rule, Visit visit) {
+void ForEachValueMeant(const Node& node, const PathName& wanted, Rule rule, Visit visit) {
   if (!HasNamedValues(node, rule)) return;
   std::uint32_t ordinal = 0;
   for (std::uint32_t i = 0; i < node.GetValues().size(); ++i) {
     const std::string_view key = KeyOfValue(node, *node.GetValues()[i]);
     if (key == wanted.name) ++ordinal;
     const bool isCounted = !key.empty() || wanted.HasPlace();
-    if (isCounted && wanted.Means(key, ordinal, rule == Rule::FirstOnly)) visit(i);
+    if (isCounted && wanted.Means(key, ordinal, {}, rule == Rule::FirstOnly)) visit(i);
   }
 }
 
 class Search {
  public:
-  Search(const Items& items, std::vector<Segment> segments, Rule rule)
+  Search(const Items& items, std::vector<PathName> names, Rule rule)
       : items_(items),
-        segments_(std::move(segments)),
+        names_(std::move(names)),
         rule_(rule),
         isStrict_(!IsAnyDepth(rule)),
         isFirstMeant_(rule == Rule::FirstOnly) {}
@@ -102,10 +80,12 @@ class Search {
       const Work at = work.back();
       work.pop_back();
       if (at.isWanted) places_.push_back({at.item, {}});
-      if (at.found == segments_.size()) continue;
-      SearchValues(at);
+      if (at.found == names_.size()) continue;
+      const Node& node = *items_[at.item].node;
+      const PathName wanted = MeantBelow(node, names_[at.found], rule_);
+      SearchValues(at, node, wanted);
       for (Index i = items_.ChildCount(at.item); i-- > 0;) {
-        PushChild(at, items_[at.item].firstChild + i, work);
+        PushChild(at, items_[at.item].firstChild + i, wanted, work);
       }
     }
   }
@@ -117,11 +97,12 @@ class Search {
     bool isWanted = false;
   };
 
-  void PushChild(const Work& parent, Index child, std::vector<Work>& work) const {
+  void PushChild(const Work& parent, Index child, const PathName& wanted,
+                 std::vector<Work>& work) const {
     const Items::Item& item = items_[child];
-    const bool isNext =
-        segments_[parent.found].Means(item.node->GetNodeName().View(), item.ordinal, isFirstMeant_);
-    const bool isLast = parent.found + 1 == segments_.size();
+    const bool isNext = wanted.Means(item.node->GetNodeName().View(), item.ordinal,
+                                     EntryNameOf(item), isFirstMeant_);
+    const bool isLast = parent.found + 1 == names_.size();
     if (isStrict_) {
       if (isNext) work.push_back({child, parent.found + 1, isLast});
     } else {
@@ -130,15 +111,15 @@ class Search {
     }
   }
 
-  void SearchValues(const Work& at) {
-    if (at.found + 1 != segments_.size()) return;
-    ForEachValueMeant(*items_[at.item].node, segments_.back(), rule_, [&](std::uint32_t value) {
+  void SearchValues(const Work& at, const Node& node, const PathName& wanted) {
+    if (at.found + 1 != names_.size()) return;
+    ForEachValueMeant(node, wanted, rule_, [&](std::uint32_t value) {
       places_.push_back({at.item, value});
     });
   }
 
   const Items& items_;
-  std::vector<Segment> segments_;
+  std::vector<PathName> names_;
   Rule rule_;
   bool isStrict_;
   bool isFirstMeant_;
@@ -146,14 +127,23 @@ class Search {
 };
 
 /// Of a path that begins with the name of a tree.
-std::vector<StandardPlace> FindBelowTree(const Items& items, std::string_view path, Rule rule) {
-  std::vector<Segment> segments = SegmentsOf(path);
+std::vector<StandardPlace> FindBelowTree(const Items& items, std::vector<PathName> names,
+                                         Rule rule) {
   Index top = 0;
-  while (Items::kTopNames[top] != segments.front().text) ++top;
-  if (segments.size() == 1) return {{top, {}}};
-  Search search(items, std::move(segments), rule);
+  while (Items::kTopNames[top] != names.front().text) ++top;
+  if (names.size() == 1) return {{top, {}}};
+  Search search(items, std::move(names), rule);
   search.SearchBelow(top, 1);
   return search.TakePlaces();
+}
+
+/// What `find` finds with names that are written just so, else with brackets that tell entries
+/// apart.
+template <class Find>
+std::vector<StandardPlace> FindLiteralsFirst(std::string_view path, Find find) {
+  std::vector<StandardPlace> places = find(NamesOf(path, Cut::AtEachDot));
+  if (!places.empty() || path.find('[') == std::string_view::npos) return places;
+  return find(NamesOf(path, Cut::AroundBrackets));
 }
 
 /// Follows a path name by name, to tell the first one that leads nowhere. Of nodes below each other
@@ -175,7 +165,7 @@ class Walk {
       });
       return true;
     }
-    return Advance(rule_ == Rule::Element ? Segment{name, name} : SegmentOf(name));
+    return Advance(rule_ == Rule::Element ? PathName::Literal(name) : PathName(name));
   }
 
   /// Offers the names that may follow.
@@ -190,15 +180,16 @@ class Walk {
   }
 
  private:
-  bool Advance(const Segment& wanted) {
+  bool Advance(const PathName& name) {
     std::vector<StandardPlace> found;
     ForEachItem([&](Index item, std::vector<Index>& further) {
+      const PathName wanted = MeantBelow(*items_[item].node, name, rule_);
       ForEachValueMeant(*items_[item].node, wanted, rule_, [&](std::uint32_t value) {
         found.push_back({item, value});
       });
       ForEachChild(item, [&](Index child, const Items::Item& below) {
-        const bool isMeant =
-            wanted.Means(below.node->GetNodeName().View(), below.ordinal, rule_ == Rule::FirstOnly);
+        const bool isMeant = wanted.Means(below.node->GetNodeName().View(), below.ordinal,
+                                          EntryNameOf(below), rule_ == Rule::FirstOnly);
         if (isMeant) {
           found.push_back({child, {}});
         } else if (IsAnyDepth(rule_)) {
@@ -273,16 +264,32 @@ std::uint32_t MostOf(const Items& items, std::string_view name, const std::strin
   return most;
 }
 
-/// What to say of a name whose place in brackets is beyond the last one; empty when there is no
-/// place, or nothing of that name.
+/// Whose "Name" is near that of the entry that brackets mean; empty when none is.
+std::string NearestEntry(const Items& items, const PathName& wanted, const std::string& below) {
+  NearestName nearest(wanted.entry);
+  const std::string path = below.empty() ? "" : below + ".";
+  for (const StandardPlace& place : FindPlaces(items, path + std::string(wanted.name))) {
+    if (!place.value) nearest.Consider(EntryNameOf(items[place.item]));
+  }
+  return nearest.Get();
+}
+
+/// What to say of a name whose brackets mean none of the entries; empty when there are no brackets,
+/// or nothing of that name.
 std::string HowMany(const Items& items, const PathCorrection& correction,
                     const std::optional<StandardPlace>& holder) {
-  const Segment wanted = SegmentOf(correction.name);
-  if (!wanted.HasPlace()) return {};
+  const PathName wanted(correction.name);
+  if (!wanted.HasBrackets()) return {};
   const std::uint32_t most = MostOf(items, wanted.name, correction.below, holder);
   if (most == 0) return {};
+  const std::string nearest =
+      wanted.HasPlace() ? "" : NearestEntry(items, wanted, correction.below);
+  if (!nearest.empty()) {
+    return "did you mean " + Quoted(std::string(wanted.name) + "[" + nearest + "]") + "?";
+  }
   return "of " + (wanted.name.empty() ? "values without a name" : Quoted(wanted.name)) + " there " +
-         (most == 1 ? "is " : "are ") + std::to_string(most);
+         (most == 1 ? "is " : "are ") + std::to_string(most) +
+         (wanted.HasPlace() ? "" : ", none of that Name");
 }
 
 std::string ContentOf(const Items& items, const std::optional<StandardPlace>& holder) {
@@ -302,29 +309,33 @@ bool IsCommandPath(std::string_view path) {
 
 std::string WithoutPlaces(std::string_view path) {
   std::string plain;
-  bool hasPlaces = false;
-  for (const Segment& segment : SegmentsOf(path)) {
-    plain.append(plain.empty() ? "" : ".").append(segment.name);
-    hasPlaces = hasPlaces || segment.HasPlace();
+  bool hasBrackets = false;
+  for (const PathName& name : NamesOf(path, Cut::AroundBrackets)) {
+    plain.append(plain.empty() ? "" : ".").append(name.name);
+    hasBrackets = hasBrackets || name.HasBrackets();
   }
-  return hasPlaces ? plain : std::string(path);
+  return hasBrackets ? plain : std::string(path);
 }
 
 std::vector<StandardPlace> FindPlaces(const Items& items, std::string_view path) {
-  std::vector<Segment> segments = SegmentsOf(path);
-  if (segments.empty()) return {};
-  if (IsCommandPath(path)) return FindBelowTree(items, path, Rule::EachLevel);
-  const bool isOfRoot = IsOfRoot(path);
-  Search search(items, std::move(segments), isOfRoot ? Rule::EachLevel : Rule::AnyDepth);
-  for (Index top = isOfRoot ? Items::kRoot : Items::kEnum; top < Items::kTops; ++top) {
-    search.SearchBelow(top, 0);
-  }
-  return search.TakePlaces();
+  if (path.empty()) return {};
+  return FindLiteralsFirst(path, [&](std::vector<PathName> names) {
+    if (IsCommandPath(path)) return FindBelowTree(items, std::move(names), Rule::EachLevel);
+    const bool isOfRoot = IsOfRoot(path);
+    Search search(items, std::move(names), isOfRoot ? Rule::EachLevel : Rule::AnyDepth);
+    for (Index top = isOfRoot ? Items::kRoot : Items::kEnum; top < Items::kTops; ++top) {
+      search.SearchBelow(top, 0);
+    }
+    return search.TakePlaces();
+  });
 }
 
 std::optional<StandardPlace> FindPlace(const Items& items, std::string_view path) {
   if (!IsCommandPath(path)) return std::nullopt;
-  const std::vector<StandardPlace> places = FindBelowTree(items, path, Rule::FirstOnly);
+  const std::vector<StandardPlace> places =
+      FindLiteralsFirst(path, [&](std::vector<PathName> names) {
+        return FindBelowTree(items, std::move(names), Rule::FirstOnly);
+      });
   if (places.empty()) return std::nullopt;
   // A node comes before a value of its name.
   const auto node = std::find_if(places.begin(), places.end(),
@@ -362,13 +373,4 @@ std::string MissingBranch(const Items& items, const std::string& path) {
   const std::string howMany = HowMany(items, correction, holder);
   if (!howMany.empty()) correction.path = correction.nearest = {};
   return correction.Message("in", howMany.empty() ? ContentOf(items, holder) : howMany);
-}
-
-std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path) {
-  for (const Segment& segment : SegmentsOf(path)) {
-    if (!segment.HasPlace()) continue;
-    return Quoted(segment.text) + " has a place in brackets, which commands do not take; a path " +
-           "means the first " + Quoted(segment.name) + " there";
-  }
-  return MissingBranch(StandardItems(document), std::string(path));
 }

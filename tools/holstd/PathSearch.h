@@ -7,12 +7,12 @@
 
 #include "Nearest.h"
 #include "StandardItems.h"
-#include "VyrAnnStandardXMLParser.h"
 
 /// All that a path may mean, in the order of the standard. A path that begins with the name of a
 /// tree leads from level to level, as those of commands do; of any other the names are found at any
 /// depth below each other, as queries find them, with definitions and values that nodes hold
-/// directly. A name may have its place in brackets after it, as `StandardItems::PathOf` writes it.
+/// directly. A name may have brackets after it, see `PathName`; one that is written just so comes
+/// first.
 std::vector<StandardPlace> FindPlaces(const StandardItems& items, std::string_view path);
 /// The one place that a path means to a command: of equal names the first one, unless a place in
 /// brackets tells. `path` begins with the name of a tree. Nothing when there is none.
@@ -29,5 +29,3 @@ PathCorrection CorrectQuery(const StandardItems& items, const std::string& path)
 std::string MissingPlace(const StandardItems& items, const std::string& path);
 /// The same of a path for which `FindPlace` finds nothing.
 std::string MissingBranch(const StandardItems& items, const std::string& path);
-/// The same of a path in a command, which takes no places in brackets.
-std::string MissingName(VyrAnnStandardXMLParser& document, std::string_view path);

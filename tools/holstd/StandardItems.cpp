@@ -47,6 +47,18 @@ bool IsParameter(const Node& node) {
   return node.GetNodeType() == Node::NodePlain && node.GetValues().size() == 1;
 }
 
+const Value* NameOfEntry(const Node& node) {
+  for (const VyrAnnStandardXMLValue_var& value : node.GetValues()) {
+    if (OwnName(*value) == "Name" && TextOf(value.Get()) != nullptr) return value.Get();
+  }
+  for (const VyrAnnStandardXMLNode_var& child : node.GetNodes()) {
+    if (child->GetNodeName().View() != "Name" || !IsParameter(*child)) continue;
+    const Value* name = TextOf(child->GetValues().front().Get());
+    if (name != nullptr) return name;
+  }
+  return nullptr;
+}
+
 std::uint64_t ContentOf(const Node& node, const Value& value) {
   const std::string meaning = MeaningOf(value.GetType(), value.GetValue().View());
   const std::string_view label =
@@ -121,22 +133,20 @@ void StandardItems::Summarize(Index index) {
   // A sum, since the order of parameters says nothing.
   std::uint64_t content = name;
   std::uint64_t ofEntryName = 0;
+  item.entryName = NameOfEntry(node);
   for (const VyrAnnStandardXMLValue_var& value : node.GetValues()) {
     const std::uint64_t part = Mixed(ContentOf(node, *value));
     content += part;
-    if (item.entryName != nullptr || OwnName(*value) != "Name") continue;
-    item.entryName = TextOf(value.Get());
-    if (item.entryName != nullptr) ofEntryName = part;
+    if (value.Get() == item.entryName) ofEntryName = part;
   }
   item.values = static_cast<std::uint32_t>(node.GetValues().size());
   for (Index child = 0; child < ChildCount(index); ++child) {
     const Item& below = items_[item.firstChild + child];
     content += below.content;
     item.values += below.values;
-    if (item.entryName != nullptr || below.node->GetNodeName().View() != "Name") continue;
-    if (!IsParameter(*below.node)) continue;
-    item.entryName = TextOf(below.node->GetValues().front().Get());
-    if (item.entryName != nullptr) ofEntryName = below.content;
+    const bool isEntryName = item.entryName != nullptr && IsParameter(*below.node) &&
+                             below.node->GetValues().front().Get() == item.entryName;
+    if (isEntryName) ofEntryName = below.content;
   }
   item.content = Mixed(content);
   item.unnamed = Mixed(content - ofEntryName);

@@ -98,3 +98,5 @@ std::string_view KeyOfValue(const VyrAnnStandardXMLNode& node, const VyrAnnStand
 bool IsParameter(const VyrAnnStandardXMLNode& node);
 /// The same for equal values of equal names.
 std::uint64_t ContentOf(const VyrAnnStandardXMLNode& node, const VyrAnnStandardXMLValue& value);
+/// The parameter "Name" of an entry of a list, a text; null without one.
+const VyrAnnStandardXMLValue* NameOfEntry(const VyrAnnStandardXMLNode& node);

@@ -1,0 +1,155 @@
+#include "ToolRun.h"
+
+using testing::HasSubstr;
+
+// Entries and values beyond the first of their name, as commands lead to them.
+
+namespace {
+
+/// An entry of the frames.
+std::string Frame(const std::string& name, const std::string& type) {
+  return "<std:typeval name=\"FrameDef\"><std:strval name=\"Name\">" + name +
+         "</std:strval><std:intval name=\"Type\">" + type + "</std:intval></std:typeval>\n";
+}
+
+/// Three frames, a list of plain nodes, and values without names.
+std::string Frames() {
+  const std::string row = "<std:node name=\"Row\">" + Parameter("Name", "strval", "upper") +
+                          Parameter("Height", "intval", "1") + "</std:node>\n";
+  return Document(
+      "<std:enumdef name=\"Side\"><std:strval>Left</std:strval>"
+      "<std:strval>Right</std:strval><std:strval>Right</std:strval></std:enumdef>\n"
+      "<std:node name=\"Frames\">\n" +
+      Frame("Box", "1") + Frame("Round one", "2") + Frame("v1.2: old", "3") +
+      "</std:node>\n<std:node name=\"Rows\">" + row +
+      Replaced(Replaced(row, "upper", "lower"), ">1<", ">2<") +
+      "</std:node>\n<std:node name=\"Sizes\"><std:floatval>2.5</std:floatval>"
+      "<std:floatval>3.5</std:floatval><std:floatval>5.0</std:floatval></std:node>\n" +
+      Parameter("Version", "intval", "220"));
+}
+
+class EditEntries : public testing::Test {
+ protected:
+  ToolRun Run(const std::vector<std::string>& commands) {
+    std::vector<std::string> arguments = {"edit", file, "-o", output};
+    for (const std::string& command : commands) {
+      arguments.push_back("-c");
+      arguments.push_back(command);
+    }
+    return RunTool(arguments);
+  }
+  /// The lines of differences, as `diff` prints them.
+  std::string Differences() const {
+    const std::string text = RunTool({"diff", file, output}).out;
+    return text.substr(text.find('\n') + 1);
+  }
+  /// Does one command, and tells what it did.
+  std::string Done(const std::string& command) {
+    const ToolRun run = Run({command});
+    return run.status == 0 ? Differences() : run.err;
+  }
+
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("in.xml", Frames());
+  const std::string output = folder / "out.xml";
+};
+
+}  // namespace
+
+TEST_F(EditEntries, EveryVerbTakesAPlaceInBrackets) {
+  EXPECT_EQ(Done("change Root.Frames.FrameDef[2]:Type:9"),
+            "  ~ Root.Frames.FrameDef[2].Type (Round one)  2 -> 9\n");
+  EXPECT_EQ(Done("value Root.Frames.FrameDef[2]:Scale:int:4"),
+            "  + Root.Frames.FrameDef[2].Scale (Round one)  int 4\n");
+  EXPECT_EQ(Done("field Root.Frames.FrameDef[2]:Scale:int:4"),
+            "  + Root.Frames.FrameDef[2].Scale (Round one)  int 4\n");
+  EXPECT_EQ(Done("delete Root.Frames.FrameDef[2]"),
+            "  - Root.Frames.FrameDef[2] (Round one)  instance, 2 parameters\n");
+  EXPECT_EQ(Done("delete Root.Frames.FrameDef[2].Type"),
+            "  - Root.Frames.FrameDef[2].Type (Round one)  int 2\n");
+  EXPECT_EQ(Done("change Root.Rows.Row[2].Height:7"),
+            "  ~ Root.Rows.Row[2].Height (lower)  2 -> 7\n");
+  EXPECT_EQ(Done("node Root.Rows.Row[2]:Cell"),
+            "  + Root.Rows.Row[2].Cell (lower)  node, 0 parameters\n");
+  EXPECT_EQ(Done("instance Root.Rows.Row[2]:Cell"),
+            "  + Root.Rows.Row[2].Cell (lower)  instance, 0 parameters\n");
+  EXPECT_EQ(Done("value Root.Rows.Row[2]:Width:int:7"),
+            "  + Root.Rows.Row[2].Width (lower)  int 7\n");
+  EXPECT_EQ(Done("delete Root.Rows.Row[2].Height"), "  - Root.Rows.Row[2].Height (lower)  int 2\n");
+  EXPECT_EQ(Done("each-node Root.Rows.Row[2] :Cell"),
+            "  + Root.Rows.Row[2].Name.Cell (lower)  node, 0 parameters\n"
+            "  + Root.Rows.Row[2].Height.Cell (lower)  node, 0 parameters\n");
+}
+
+TEST_F(EditEntries, TheNameOfAnEntryInBracketsMeansIt) {
+  EXPECT_EQ(Done("change Root.Frames.FrameDef[Round one]:Type:9"),
+            "  ~ Root.Frames.FrameDef[2].Type (Round one)  2 -> 9\n");
+  // Dots and colons inside the brackets belong to the name.
+  EXPECT_EQ(Done("change Root.Frames.FrameDef[v1.2: old]:Type:9"),
+            "  ~ Root.Frames.FrameDef[3].Type (v1.2: old)  3 -> 9\n");
+  EXPECT_EQ(Done("delete Root.Frames.FrameDef[v1.2: old]"),
+            "  - Root.Frames.FrameDef[3] (v1.2: old)  instance, 2 parameters\n");
+  // Also where it is a parameter with a node of its own.
+  EXPECT_EQ(Done("change Root.Rows.Row[lower].Height:7"),
+            "  ~ Root.Rows.Row[2].Height (lower)  2 -> 7\n");
+}
+
+TEST_F(EditEntries, ANameFollowsWhatTheCommandsBeforeDid) {
+  EXPECT_EQ(
+      Run({"change Root.Frames.FrameDef[Box]:Name:Oval", "change Root.Frames.FrameDef[Oval]:Type:7",
+           "instance Root.Frames:FrameDef", "field Root.Frames.FrameDef:Name:string:Box",
+           "field Root.Frames.FrameDef[Box]:Type:int:8", "delete Root.Frames.FrameDef[2]",
+           "change Root.Frames.FrameDef[2]:Type:6", "change Root.Frames.FrameDef[3]:Type:5"})
+          .status,
+      0);
+  EXPECT_EQ(RunTool({"get", output, "Frames.FrameDef.Name", "--all"}).out,
+            "Oval\nv1.2: old\nBox\n");
+  EXPECT_EQ(RunTool({"get", output, "Frames.FrameDef.Type", "--all"}).out, "7\n6\n5\n");
+}
+
+TEST_F(EditEntries, ANameOfSeveralEntriesIsRefused) {
+  const ToolRun run =
+      Run({"change Root.Frames.FrameDef[3]:Name:Box", "change Root.Frames.FrameDef[Box]:Type:7"});
+  ExpectFailure(run, 3,
+                {"command 2: there are several 'FrameDef[Box]'", "'FrameDef[1]' or 'FrameDef[3]'"});
+}
+
+TEST_F(EditEntries, ValuesTakeTheirPlaceAndTheirNameAsTheyArePrinted) {
+  EXPECT_EQ(Done("change Root.Sizes.[2]:4.0"), "  ~ Root.Sizes.[2]  3.5 -> 4.0\n");
+  EXPECT_EQ(Done("delete Root.Sizes.[3]"), "  - Root.Sizes.[3]  float 5.0\n");
+  EXPECT_EQ(Done("change Root.Frames.FrameDef.Type:9"),
+            "  ~ Root.Frames.FrameDef.Type (Box)  1 -> 9\n");
+  EXPECT_EQ(Done("change Root.Frames.FrameDef[3].Type:9"),
+            "  ~ Root.Frames.FrameDef[3].Type (v1.2: old)  3 -> 9\n");
+  EXPECT_EQ(Done("delete Enum.Side.Right[2]"), "  - Enum.Side.Right[2]  string \"Right\"\n");
+}
+
+TEST_F(EditEntries, ANameThatIsWrittenJustSoComesFirst) {
+  folder.Write("in.xml", Replaced(Frames(), "</std:typeval>\n</std:node>",
+                                  "</std:typeval>\n" + Parameter("FrameDef[2]", "intval", "5") +
+                                      Parameter("FrameDef[Box]", "intval", "6") + "</std:node>"));
+  EXPECT_EQ(Run({"change Root.Frames.FrameDef[2]:7", "change Root.Frames.FrameDef[Box]:8",
+                 "change Root.Frames.FrameDef[3]:Type:9"})
+                .status,
+            0);
+  EXPECT_EQ(RunTool({"tree", output, "Frames.FrameDef[2]"}).out, "node FrameDef[2]: int 7\n");
+  EXPECT_EQ(RunTool({"tree", output, "Frames.FrameDef[Box]"}).out, "node FrameDef[Box]: int 8\n");
+  EXPECT_EQ(RunTool({"get", output, "Frames.Type", "--all"}).out, "1\n2\n9\n");
+}
+
+TEST_F(EditEntries, EveryPathThatTreesAndDifferencesPrintIsReadBack) {
+  EXPECT_EQ(Run({"each Root.Frames :Scale:int:4", "each Root.Rows :Scale:int:4"}).status, 0);
+  const nlohmann::json report = ParsedJson(RunTool({"diff", "--json", file, output}));
+  ASSERT_EQ(report["differences"].size(), 5u);
+  for (const auto& difference : report["differences"]) {
+    const std::string path = difference["path"];
+    SCOPED_TRACE(path);
+    EXPECT_EQ(RunTool({"edit", output, "-o", folder / "back.xml", "-c", "delete " + path}).status,
+              0);
+    EXPECT_EQ(ParsedJson(RunTool(
+                  {"diff", "--json", folder / "back.xml", output}))["differences"][0]["path"],
+              path);
+    EXPECT_EQ(ParsedJson(RunTool({"explain", "--json", output, path}))[0]["path"], path);
+    EXPECT_THAT(RunTool({"tree", output, path}).out, HasSubstr("int 4"));
+  }
+}
