@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Arguments.h"
+#include "DatedBack.h"
 #include "Format.h"
 #include "ItemLines.h"
 #include "Objections.h"
@@ -86,6 +87,9 @@ std::vector<FileProblem> ContentProblems(const Subject& subject) {
   if (subject.standard.version < 0) {
     problems.push_back(
         {LineOf(subject, "Root.Version"), VersionProblem(subject.standard.document)});
+  }
+  if (const auto newer = FindNewerContent(subject.standard)) {
+    problems.push_back({LineOf(subject, newer->node.CString()), DatedBackText(*newer)});
   }
   if (const auto lost = subject.lines.FirstEstranged()) {
     const std::string others =

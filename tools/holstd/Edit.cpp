@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Arguments.h"
+#include "DatedBack.h"
 #include "Format.h"
 #include "InPlace.h"
 #include "InputFile.h"
@@ -241,6 +242,7 @@ ExitStatus EditFile(const Options& options, const Session& session) {
   CheckOutput(options);
   const Steps steps(options);
   Standard standard = ReadStandard(options.file);
+  const auto newerBefore = FindNewerContent(standard);
   const long done = RunAll(standard, steps, session);
   const std::string& target = options.inPlace.isWanted ? options.file : options.output;
   if (done == 0 && options.inPlace.isWanted) {
@@ -248,6 +250,9 @@ ExitStatus EditFile(const Options& options, const Session& session) {
     return kDone;
   }
   const std::string text = Saved(standard);
+  if (const auto said = DatedBackByCommands(newerBefore, FindNewerContent(standard))) {
+    session.Warn(target, *said);
+  }
   const std::string talk = Counted(done, "command") + " done";
   if (options.inPlace.isWanted) {
     session.Say(TalkOf(target, ReplaceInPlace(target, text, options.inPlace), talk));

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "DatedBack.h"
 #include "InputFile.h"
 #include "Reports.h"
 #include "Standard.h"
@@ -27,11 +28,16 @@ void Decode(VyrDrwParseStandard& converter, const InputFile& input) {
     throw Failure{kInvalidInput, file, 0, VersionProblem(standard.document)};
   }
   const ReportRecorder recorder;
-  if (converter.GetParentStandardId() != 0) return;
-  throw Failure{kUndecided, file, 0,
-                "the parent standard " + Quoted(converter.GetParentStandard().View()) +
-                    " is none of ISO, JIS, ANSI, ASME; set Root.Dimension.ParentStandard to the "
-                    "one it was derived from"};
+  if (converter.GetParentStandardId() == 0) {
+    throw Failure{kUndecided, file, 0,
+                  "the parent standard " + Quoted(converter.GetParentStandard().View()) +
+                      " is none of ISO, JIS, ANSI, ASME; set Root.Dimension.ParentStandard to the "
+                      "one it was derived from"};
+  }
+  // Steps that it has been through would do to their own results what they do to an older standard.
+  if (const auto newer = VyrFindNewerContent(converter.GetDocument())) {
+    throw Failure{kUndecided, file, 0, DatedBackText(*newer)};
+  }
 }
 
 /// Refuses a standard that is above the version asked for.
