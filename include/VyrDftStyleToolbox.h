@@ -34,7 +34,7 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStyleToolbox {
                           const VyrUnicodeString& name, const VyrUnicodeString& extra);
 
   /// The graphic values that a style holds at `path` (null or empty: in the style itself) for a
-  /// `VyrVisGeometryType`. With `useDefaults` not 0 the style is not asked.
+  /// `VyrVisGeometryType`. With `useDefaults` not 0 the style is not asked and may be null.
   ///
   /// - Lines: width from "Thickness" and line type from "LineType", else "Linetype". Both
   ///   are rows of the standard's tables. A width below 1 becomes 2, a line type below 1 becomes 1,
@@ -44,8 +44,8 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStyleToolbox {
   /// - Both: colour from "Color"; black by default and for all but three components of 0 or more.
   ///
   /// What the style does not hold stays as it is in `values`, but for the colour, which is always
-  /// set. `E_FAIL`, with `values` untouched, for a null style, another geometry type and the name
-  /// of a symbol that does not exist.
+  /// set. `E_FAIL`, with `values` untouched, for a null style that would be asked, another geometry
+  /// type and the name of a symbol that does not exist.
   static HRESULT GetPropertiesValueFromStyle(VyrIDftStyle* style, const char* path,
                                              int geometryType, int useDefaults,
                                              VyrVisPropertiesValues& values);

@@ -38,7 +38,8 @@ unsigned int LineType(int lineType) {
 /// The values of a style below one path.
 class StyleValues {
  public:
-  StyleValues(VyrIDftStyle& style, const char* path) : style_(style), path_(Prefix(path)) {
+  StyleValues(VyrIDftStyle* style, const char* path)
+      : style_(VyrIDftStyle_var::Share(style)), path_(Prefix(path)) {
     prefixLength_ = path_.size();
   }
 
@@ -61,11 +62,12 @@ class StyleValues {
   template <class Value>
   std::optional<Value> Scalar(std::string_view name) {
     Value value{};
-    if (VyrFailed(style_.GetValue(PathOf(name), 1, value))) return std::nullopt;
+    if (VyrFailed(style_->GetValue(PathOf(name), 1, value))) return std::nullopt;
     return value;
   }
 
-  VyrIDftStyle& style_;
+  /// Held: what a style reports may make the host let go of it. Null where it is not asked.
+  VyrIDftStyle_var style_;
   std::string path_;
   std::size_t prefixLength_ = 0;
 };
@@ -81,8 +83,8 @@ std::optional<VyrVisColor> StyleValues::Color(std::string_view name) {
   int* const onlyCount = nullptr;
   int count = 0;
   const char* const path = PathOf(name);
-  if (VyrFailed(style_.GetValue(path, onlyCount, &count)) || count != kComponents ||
-      VyrFailed(style_.GetValue(path, components.data(), &count)) || count != kComponents) {
+  if (VyrFailed(style_->GetValue(path, onlyCount, &count)) || count != kComponents ||
+      VyrFailed(style_->GetValue(path, components.data(), &count)) || count != kComponents) {
     return std::nullopt;
   }
   if (std::ranges::any_of(components, [](int component) { return component < 0; })) {
@@ -118,8 +120,9 @@ HRESULT ReadPoint(StyleValues& style, bool useDefaults, VyrVisPropertiesValues& 
 
 }  // namespace
 
-HRESULT ReadStyleGraphics(VyrIDftStyle& style, const char* path, int geometryType, bool useDefaults,
+HRESULT ReadStyleGraphics(VyrIDftStyle* style, const char* path, int geometryType, bool useDefaults,
                           VyrVisPropertiesValues& values) {
+  if (style == nullptr && !useDefaults) return E_FAIL;
   StyleValues styleValues(style, path);
   switch (geometryType) {
     case VyrVisLines:

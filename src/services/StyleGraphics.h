@@ -5,5 +5,5 @@
 #include "VyrVisPropertiesValues.h"
 
 /// Reads graphic values out of a style, as `VyrDftStyleToolbox::GetPropertiesValueFromStyle` says.
-HRESULT ReadStyleGraphics(VyrIDftStyle& style, const char* path, int geometryType, bool useDefaults,
+HRESULT ReadStyleGraphics(VyrIDftStyle* style, const char* path, int geometryType, bool useDefaults,
                           VyrVisPropertiesValues& values);

@@ -1,6 +1,7 @@
 #include "VyrDftStyleToolbox.h"
 
 #include <memory>
+#include <utility>
 
 #include "StyleGraphics.h"
 #include "VyrBaseUnknown.h"
@@ -54,7 +55,7 @@ Utf16Text CurrentStyle(VyrIDftStyleManager& manager, const Utf16Text& type,
 }
 
 /// Gives the element what the style says for one type of geometry, if it shows any.
-HRESULT SetGraphicPropertiesOf(VyrVisGeometryType geometry, VyrIDftStyle& style, const char* path,
+HRESULT SetGraphicPropertiesOf(VyrVisGeometryType geometry, VyrIDftStyle* style, const char* path,
                                VyrIVisProperties& properties, bool useDefaults) {
   const HRESULT shown = properties.IsPropertyOnGeometryType(VyrVisAllProperties, geometry);
   if (VyrFailed(shown)) return E_UNEXPECTED;
@@ -108,8 +109,7 @@ HRESULT VyrDftStyleToolbox::GetStyle(IUnknown* element, const VyrUnicodeString& 
 HRESULT VyrDftStyleToolbox::GetPropertiesValueFromStyle(VyrIDftStyle* style, const char* path,
                                                         int geometryType, int useDefaults,
                                                         VyrVisPropertiesValues& values) {
-  if (style == nullptr) return E_FAIL;
-  return ReadStyleGraphics(*style, path, geometryType, useDefaults != 0, values);
+  return ReadStyleGraphics(style, path, geometryType, useDefaults != 0, values);
 }
 
 HRESULT VyrDftStyleToolbox::SetGraphicProperties(VyrIDftStyle* style, const char* path,
@@ -118,10 +118,13 @@ HRESULT VyrDftStyleToolbox::SetGraphicProperties(VyrIDftStyle* style, const char
                                                  DftStyleApplyContext /*context*/,
                                                  unsigned char useDefaults) {
   if (style == nullptr || properties == nullptr) return E_FAIL;
+  // What hears of the lines may let go of both before the points are served.
+  const auto held =
+      std::pair(VyrIDftStyle_var::Share(style), VyrIVisProperties_var::Share(properties));
   bool isDone = true;
   for (const VyrVisGeometryType geometry : {VyrVisLines, VyrVisPoints}) {
     isDone &=
-        VyrSucceeded(SetGraphicPropertiesOf(geometry, *style, path, *properties, useDefaults != 0));
+        VyrSucceeded(SetGraphicPropertiesOf(geometry, style, path, *properties, useDefaults != 0));
   }
   return kUnit.Check(isDone, "Failed to set graphic properties!") ? S_OK : E_FAIL;
 }

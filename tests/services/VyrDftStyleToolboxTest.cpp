@@ -334,9 +334,20 @@ TEST_F(StyleGraphics, OfOtherGeometryFail) {
 }
 
 TEST_F(StyleGraphics, OfNoStyleFail) {
-  EXPECT_EQ(
-      VyrDftStyleToolbox::GetPropertiesValueFromStyle(nullptr, "Graphic", VyrVisLines, 1, values),
-      E_FAIL);
+  style = nullptr;
+  for (const int geometry : {VyrVisLines, VyrVisPoints}) EXPECT_EQ(Read(geometry), E_FAIL);
+  EXPECT_EQ(values, Marked());
+}
+
+TEST_F(StyleGraphics, DefaultsNeedNoStyle) {
+  style = nullptr;
+  EXPECT_EQ(Read(VyrVisLines, 1), S_OK);
+  EXPECT_EQ(values, (VyrVisPropertiesValues{2, 1, 73, VyrVisColor{}}));
+  values = Marked();
+  EXPECT_EQ(Read(VyrVisPoints, 1), S_OK);
+  EXPECT_EQ(values, (VyrVisPropertiesValues{71, 72, 73, VyrVisColor{}}));
+  values = Marked();
+  EXPECT_EQ(Read(5, 1), E_FAIL);
   EXPECT_EQ(values, Marked());
 }
 
