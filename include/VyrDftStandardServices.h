@@ -51,7 +51,8 @@ class HOLSTANDARDINFRA_EXPORT VyrDftStandardServices {
   static VyrIDrwStandard_var GetStandardFromFile(const VyrUnicodeString& fileName,
                                                  const VyrUnicodeString& name);
   /// Parent standard ("ISO", "JIS", "ANSI", "ASME", or what else the file says) and format version
-  /// of a file; empty and 0, reported, when it cannot be read. `fileName` is left as it is.
+  /// of a file, as `VyrDrwParseStandard` tells them: empty and 1, reported, when it cannot be read;
+  /// empty and 0 without a name. `fileName` is left as it is.
   static void GetStandardClassAndVersion(VyrUnicodeString& fileName,
                                          VyrUnicodeString& standardClass, int& version);
 

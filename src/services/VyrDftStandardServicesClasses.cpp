@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "VyrAnnStandardXMLParser.h"
 #include "VyrDftStandardServices.h"
 #include "VyrDiagnostics.h"
 #include "VyrDrwParseStandard.h"
@@ -22,19 +23,24 @@ struct ClassAndVersion {
   int version = 0;
 };
 
-/// Empty and 0, reported, for a file that cannot be read.
-ClassAndVersion Classify(const VyrUnicodeString& file) {
-  VyrDrwParseStandard reader(file);
-  // Reading a pipe, which a scanned folder may hold, would keep the caller waiting.
-  const bool isFile = VyrIsReadableFile(file);
-  if (isFile) reader.Decode();
-  const VyrProblem problem =
-      isFile ? reader.GetProblem() : VyrProblem{0, "cannot be opened as a regular file"};
-  if (problem.IsEmpty()) return {reader.GetParentStandard(), reader.GetVersion()};
+void ReportUnreadable(const VyrUnicodeString& file, const VyrProblem& problem) {
   const std::string line = problem.line > 0 ? ":" + std::to_string(problem.line) : "";
   VyrSysLogError("VyrDftStandardServices: " + std::string(file.View()) + line + ": " +
                  problem.text.CString() + "\n");
-  return {};
+}
+
+/// What the reader of standards says of a file. One that cannot be read, which is reported, has no
+/// class and, as for the reader, the version of an empty document.
+ClassAndVersion Classify(const VyrUnicodeString& file) {
+  // Reading a pipe, which a scanned folder may hold, would keep the caller waiting.
+  if (!VyrIsReadableFile(file)) {
+    ReportUnreadable(file, {0, "cannot be opened as a regular file"});
+    return {{}, file.IsEmpty() ? 0 : VyrAnnStandardXMLParser().GetVersion()};
+  }
+  VyrDrwParseStandard reader(file);
+  reader.Decode();
+  if (!reader.GetProblem().IsEmpty()) ReportUnreadable(file, reader.GetProblem());
+  return {reader.GetParentStandard(), reader.GetVersion()};
 }
 
 Class ClassOf(const VyrUnicodeString& file) {

@@ -9,6 +9,7 @@
 #include "DiagnosticsCapture.h"
 #include "TemporaryFolder.h"
 #include "VyrDftStandardServices.h"
+#include "VyrDrwParseStandard.h"
 
 namespace {
 
@@ -92,23 +93,45 @@ TEST(StandardClass, OfTheShippedStandards) {
   }
 }
 
-TEST(StandardClass, FileThatCannotBeReadHasNoneAndIsReportedOnce) {
+TEST(StandardClass, FileThatCannotBeReadHasNoneAndTheReadersVersionAndIsReportedOnce) {
   const TemporaryFolder folder;
   const std::string paths[] = {folder / "missing.xml", folder.Path().string(),
                                folder.Write("empty.xml", ""), folder.Write("cut.xml", "<a>\n<b>\n"),
                                folder.Write("other.xml", "<html/>")};
   for (const std::string& path : paths) {
+    VyrDrwParseStandard reader(path);
+    {
+      const DiagnosticsCapture quiet;
+      reader.Decode();
+    }
     DiagnosticsCapture capture;
     VyrUnicodeString file = path;
     VyrUnicodeString standardClass = "old";
     int version = -7;
     Services::GetStandardClassAndVersion(file, standardClass, version);
     EXPECT_EQ(standardClass, "") << path;
-    EXPECT_EQ(version, 0) << path;
+    EXPECT_EQ(version, reader.GetVersion()) << path;
+    EXPECT_EQ(version, 1) << path << ": that of a document without content";
     std::erase_if(capture.errors, [](const std::string& error) {
       return CheckText(error) == ": Invalid standard [VyrAnnStandardXMLParserDOMCodec]";
     });
     EXPECT_THAT(capture.errors, ElementsAre(StartsWith("VyrDftStandardServices: " + path)));
+  }
+}
+
+TEST(StandardClass, PipeAndNoNameAreNotRead) {
+  const TemporaryFolder folder;
+  const std::string pipe = folder / "pipe.xml";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  for (const auto& [path, expected] : {std::pair(pipe, 1), std::pair(std::string(), 0)}) {
+    const DiagnosticsCapture capture;
+    VyrUnicodeString file = path;
+    VyrUnicodeString standardClass = "old";
+    int version = -7;
+    Services::GetStandardClassAndVersion(file, standardClass, version);
+    EXPECT_EQ(standardClass, "") << path;
+    EXPECT_EQ(version, expected) << path;
+    EXPECT_THAT(capture.errors, ElementsAre(HasSubstr("cannot be opened as a regular file")));
   }
 }
 
