@@ -41,9 +41,10 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   VyrDrwParseStandard& operator=(const VyrDrwParseStandard&) = delete;
   virtual ~VyrDrwParseStandard();
 
-  /// Reads the file as an XML standard, once. When it cannot be read, for want of memory too,
-  /// `GetProblem` says why, the object counts as not decoded and its document is an empty one;
-  /// there is none when not even that could be made.
+  /// Reads the file as an XML standard, once; the second time it does nothing, whatever the first
+  /// time came to. When the file cannot be read, for want of memory too, `GetProblem` says why, the
+  /// object counts as not decoded and its document is an empty one; there is none when not even
+  /// that could be made.
   void Decode();
   /// Reads the file as a text standard of the old generation, once: then decoded, of version 0 and
   /// without a document. `E_FAIL`, and nothing is kept, when the text is not valid; `GetProblem`
@@ -221,6 +222,7 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   void AppendProjectionSymbols();
 
   int decoded_ = 0;
+  bool isDecodeTried_ = false;
   VyrUnicodeString fileName_;
   std::vector<std::unique_ptr<VyrDrwParseParameter>> parameters_;
   VyrUnicodeString parentStandard_;

@@ -58,7 +58,7 @@ class DOMDocumentBuilder final : public VyrImplements<VyrIXMLDOMDocumentBuilder>
     std::string content;
     std::string problem = VyrReadFile(path, content);
     if (problem.empty()) return Build(content, nullptr, document);
-    problem_ = {0, std::move(problem)};
+    problem_ = {0, std::move(problem), false};
     return E_FAIL;
   }
 

@@ -28,6 +28,13 @@ void VyrSayOutOfMemory(Text& text) noexcept {
   }
 }
 
+/// The same for a problem, which may be none the next time.
+inline void VyrSayOutOfMemory(VyrProblem& problem) noexcept {
+  problem.line = 0;
+  problem.isLasting = false;
+  VyrSayOutOfMemory(problem.text);
+}
+
 /// What `work` returns or, when memory runs out, what `refuse` returns, which must not need any.
 template <class Work, class Refuse>
 auto VyrWithinMemory(Work work, Refuse refuse) -> decltype(work()) {
@@ -42,8 +49,7 @@ auto VyrWithinMemory(Work work, Refuse refuse) -> decltype(work()) {
 template <class Work>
 HRESULT VyrWithinMemory(VyrProblem& problem, Work work) {
   return VyrWithinMemory(work, [&] {
-    problem.line = 0;
-    VyrSayOutOfMemory(problem.text);
+    VyrSayOutOfMemory(problem);
     return E_FAIL;
   });
 }

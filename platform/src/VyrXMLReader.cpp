@@ -351,8 +351,7 @@ class Reader {
   }
 
   void RefuseForMemory() {
-    problem_.line = 0;
-    VyrSayOutOfMemory(problem_.text);
+    VyrSayOutOfMemory(problem_);
     BlankText();
   }
 

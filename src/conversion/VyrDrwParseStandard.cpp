@@ -15,6 +15,8 @@ VyrDrwParseStandard::VyrDrwParseStandard(const VyrUnicodeString& fileName) : fil
 VyrDrwParseStandard::~VyrDrwParseStandard() = default;
 
 void VyrDrwParseStandard::Decode() {
+  // Also after a failure, whose problem and empty document stay: an object reads its file once.
+  if (isDecodeTried_) return;
   static_cast<void>(VyrWithinMemory(problem_, [this] {
     DecodeXML();
     return S_OK;
@@ -34,14 +36,14 @@ HRESULT VyrDrwParseStandard::RefuseForMemory() {
   decoded_ = 0;
   version_ = 0;
   parentStandard_ = {};
-  problem_.line = 0;
-  VyrSayOutOfMemory(problem_.text);
+  VyrSayOutOfMemory(problem_);
   return E_FAIL;
 }
 
 void VyrDrwParseStandard::DecodeXML() {
   if (decoded_ != 0 || fileName_.IsEmpty()) return;
   if (!kParseStandardUnit.Check(document_ == nullptr, "a document is already there")) return;
+  isDecodeTried_ = true;
   problem_ = {};
   // Stays when the file cannot be read, and when memory runs out on the way: what was read before
   // must not pass for a standard.
@@ -67,7 +69,7 @@ HRESULT VyrDrwParseStandard::DecodeParameters() {
   problem_ = {};
   std::string text;
   if (const std::string problem = VyrReadFile(fileName_, text); !problem.empty()) {
-    problem_ = {0, problem};
+    problem_ = {0, problem, false};
     return E_FAIL;
   }
   LegacyTextReader reader;

@@ -49,8 +49,7 @@ void ReportRefusal(VyrUnicodeView path, const VyrProblem& problem) {
 
 struct Loaded {
   StandardDocumentCache::Document document;
-  /// Whether the file would give the same again: false when memory ran out or reading failed.
-  bool isLasting = true;
+  bool isLasting = true;  ///< whether the file would give the same again
 };
 
 /// No document, reported, for a file that cannot be read or has undefined enumeration values.
@@ -60,8 +59,7 @@ Loaded Load(VyrUnicodeView path) {
   if (parser.DecodeXML(path, 1) != 0) {
     const VyrProblem problem = parser.GetProblem();
     ReportRefusal(path, problem);
-    // A fault of the content has its line.
-    return {nullptr, problem.line > 0};
+    return {nullptr, problem.isLasting};
   }
   if (parser.Check() == 0) {
     ReportRefusal(path, {0,

@@ -228,6 +228,35 @@ TEST(Decode, FileThatCannotBeReadLeavesAnEmptyDocumentAndAProblem) {
   }
 }
 
+TEST(Decode, FailedReadIsNotRepeatedAndEndsNoDevelopmentRun) {
+  for (const bool development : {false, true}) {
+    for (const char* name : {"missing.xml", "broken.xml", "other.xml"}) {
+      SCOPED_TRACE(name);
+      DiagnosticsCapture capture(development);
+      const TemporaryFolder folder;
+      folder.Write("broken.xml", "<std:node");
+      folder.Write("other.xml", "<node/>");
+      VyrDrwParseStandard standard(folder / name);
+      standard.Decode();
+      const VyrProblem problem = standard.GetProblem();
+      const auto* document = Access::Document(standard).get();
+      capture.Clear();
+      folder.Write(name, WithParent("JIS", nullptr));
+      standard.Decode();
+      standard.Check();
+      standard.Decode();
+      EXPECT_THAT(capture.errors, IsEmpty());
+      EXPECT_THAT(capture.printed, IsEmpty());
+      EXPECT_THAT(capture.abends, IsEmpty());
+      EXPECT_FALSE(problem.IsEmpty());
+      EXPECT_EQ(standard.GetProblem().text, problem.text);
+      EXPECT_EQ(Access::Document(standard).get(), document);
+      EXPECT_EQ(Access::Decoded(standard), 0);
+      EXPECT_EQ(standard.GetParentStandard(), "");
+    }
+  }
+}
+
 TEST(GetParentStandardId, UndecodedStandardHasNone) {
   const DiagnosticsCapture capture;
   EXPECT_EQ(VyrDrwParseStandard("s.xml").GetParentStandardId(), 0);

@@ -61,6 +61,7 @@ TEST(MemoryRanOut, WhileAStandardIsDecodedItsDocumentIsAnEmptyOne) {
           return;
         }
         EXPECT_TRUE(TellsOfMemory(standard->GetProblem().text.View())) << request;
+        EXPECT_FALSE(standard->GetProblem().isLasting) << request;
         EXPECT_EQ(standard->GetParentStandard(), "") << request;
         if (standard->GetVersion() == 0) {
           ++withoutDocument;  // not even an empty one could be made

@@ -153,11 +153,13 @@ TEST(XMLReader, ProblemOfTheLastParseOnlyIsKept) {
   VyrIDOMDocument_var document;
   EXPECT_EQ(builder->BuildFromString("<a>", document), E_FAIL);
   EXPECT_FALSE(builder->GetProblem().IsEmpty());
+  EXPECT_TRUE(builder->GetProblem().isLasting);
   EXPECT_EQ(builder->BuildFromString("<a/>", document), S_OK);
   EXPECT_TRUE(builder->GetProblem().IsEmpty());
   const VyrIDOMDocument_var first = document;
   EXPECT_EQ(builder->BuildFromFile("/nonexistent/file.xml", document), E_FAIL);
   EXPECT_THAT(builder->GetProblem().text.CString(), HasSubstr("cannot be opened"));
+  EXPECT_FALSE(builder->GetProblem().isLasting) << "the file may be there the next time";
   EXPECT_EQ(document, first) << "a failure leaves the handle as it was";
 }
 

@@ -1,6 +1,7 @@
 #include <memory>
 #include <optional>
 #include <thread>
+#include <utility>
 
 #include "StandardDocumentCache.h"
 #include "StandardFiles.h"
@@ -74,6 +75,43 @@ class WatchingFactory : public VyrAnnStandardXMLParserCodecFactory {
     WatchingFactory& factory_;
     VyrAnnStandardXMLParserDOMCodec codec_;
   };
+};
+
+/// Codecs of a host that refuse every file.
+class RefusingFactory : public VyrAnnStandardXMLParserCodecFactory {
+ public:
+  explicit RefusingFactory(VyrProblem problem) : problem_(std::move(problem)) {
+    VyrAnnStandardXMLParser::SetCodecFactory(this);
+  }
+  RefusingFactory(const RefusingFactory&) = delete;
+  RefusingFactory& operator=(const RefusingFactory&) = delete;
+  ~RefusingFactory() override { VyrAnnStandardXMLParser::SetCodecFactory(nullptr); }
+
+  VyrAnnStandardXMLParserCodec* CreateCodec() override { return new Codec(*this); }
+
+  int decodes = 0;
+
+ private:
+  class Codec : public VyrAnnStandardXMLParserCodec {
+   public:
+    explicit Codec(RefusingFactory& factory) : factory_(factory) {}
+    HRESULT Init(VyrAnnStandardXMLNode*, VyrAnnStandardXMLNode*, VyrAnnStandardXMLNode*) override {
+      return S_OK;
+    }
+    HRESULT DecodeXMLString(VyrUnicodeView) override { return E_FAIL; }
+    HRESULT DecodeXMLFile(VyrUnicodeView) override {
+      ++factory_.decodes;
+      return E_FAIL;
+    }
+    HRESULT SaveInFile(VyrUnicodeView) override { return E_FAIL; }
+    HRESULT SaveInString(VyrUnicodeString&) override { return E_FAIL; }
+    VyrProblem GetProblem() const override { return factory_.problem_; }
+
+   private:
+    RefusingFactory& factory_;
+  };
+
+  VyrProblem problem_;
 };
 
 class AnnStandardServices : public StandardFilesTest {
@@ -298,6 +336,42 @@ TEST_F(AnnStandardServices, FileThatIsNoXMLIsReportedOnceByFileAndLine) {
   Write("BAD", Parent("ISO"), 1);
   Services mended("BAD");
   EXPECT_EQ(ParentOf(mended), "ISO");
+}
+
+TEST_F(AnnStandardServices, FailureThatLastsIsKeptWithOrWithoutALine) {
+  const VyrProblem problems[] = {{0, "has no mark of the host's own format"}, {0, ""}, {7, "odd"}};
+  for (const VyrProblem& problem : problems) {
+    SCOPED_TRACE(problem.text.CString());
+    Write("HOSTS", Version("220"), static_cast<long long>(problem.text.View().size()));
+    RefusingFactory factory(problem);
+    EXPECT_THAT(TracesOfOpening("HOSTS"), Block({Created("HOSTS")}));
+    EXPECT_THAT(TakeErrors(), ElementsAre(HasSubstr(CopyOf("HOSTS"))));
+    EXPECT_THAT(TracesOfOpening("HOSTS"), Block({Reused("HOSTS")}));
+    Services services("HOSTS");
+    EXPECT_EQ(services.IsShared(), 1);
+    ExpectNoAnswers(services);
+    EXPECT_EQ(factory.decodes, 1);
+    EXPECT_THAT(TakeErrors(), IsEmpty());
+  }
+}
+
+TEST_F(AnnStandardServices, FailureThatMayPassIsTriedAgainWhetherItHasALineOrNot) {
+  const VyrProblem problems[] = {{0, "out of memory", false}, {7, "out of memory", false}};
+  for (const VyrProblem& problem : problems) {
+    Write("HOSTS", Parent("JIS"), problem.line);
+    {
+      RefusingFactory factory(problem);
+      for (int opening = 1; opening <= 2; ++opening) {
+        Services services("HOSTS");
+        EXPECT_EQ(services.IsShared(), 0);
+        ExpectNoAnswers(services);
+        EXPECT_EQ(factory.decodes, opening);
+        EXPECT_THAT(TakeErrors(), ElementsAre(HasSubstr(CopyOf("HOSTS"))));
+      }
+    }
+    Services services("HOSTS");
+    EXPECT_EQ(ParentOf(services), "JIS");
+  }
 }
 
 TEST_F(AnnStandardServices, ElementThatAStandardCannotHoldIsReportedByFileAndLine) {
