@@ -51,11 +51,6 @@ Argument& Argument::Excludes(const Argument& other) {
   return *this;
 }
 
-Argument& Argument::Needs(const Argument& other) {
-  option_->needs(other.option_);
-  return *this;
-}
-
 bool Argument::IsGiven() const {
   return option_->count() > 0;
 }

@@ -23,8 +23,6 @@ class Argument {
   Argument& Within(long least, long most);
   /// Not together with the other one.
   Argument& Excludes(const Argument& other);
-  /// Only together with the other one.
-  Argument& Needs(const Argument& other);
 
   bool IsGiven() const;
 

@@ -24,7 +24,6 @@ ArgumentDescription Describe(const CLI::Option& option) {
   description.text = option.get_description();
   description.isRequired = option.get_required();
   description.isRepeated = option.get_expected_max() == CLI::detail::expected_max_vector_size;
-  description.needs = NamesOf(option.get_needs());
   description.excludes = NamesOf(option.get_excludes());
   return description;
 }

@@ -14,7 +14,6 @@ struct ArgumentDescription {
   std::string text;
   bool isRequired = false;
   bool isRepeated = false;
-  std::vector<std::string> needs;     ///< names of what it goes with only
   std::vector<std::string> excludes;  ///< names of what it does not go with
 };
 

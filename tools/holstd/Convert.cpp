@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "Arguments.h"
+#include "InPlace.h"
 #include "InputFile.h"
 #include "Reports.h"
 #include "Standard.h"
@@ -15,6 +16,7 @@ struct Options {
   std::string text;
   std::string output;
   UpgradeOptions upgrade;
+  InPlaceOptions inPlace;
 };
 
 /// Reads the text; says so when the library had to guess between ANSI and ASME.
@@ -42,13 +44,15 @@ ExitStatus ConvertFile(const Options& options, Session& session) {
   VyrDrwParseStandard converter(input.Path());
   Decode(converter, options.text, session);
   VyrDrwParseStandardUpgradeOptions upgrade = options.upgrade.ForLibrary();
-  if (VyrFailed(converter.EncodeToFile(options.output.c_str(), options.upgrade.target, upgrade))) {
+  if (VyrFailed(converter.Upgrade(options.upgrade.target, upgrade))) {
     const VyrUnicodeString& problem = converter.GetProblem().text;
-    throw Failure{kNotWritten, options.output, 0,
-                  problem.IsEmpty() ? "cannot be written" : std::string(problem.View())};
+    throw Failure{kInvalidInput, options.text, 0,
+                  problem.IsEmpty() ? "cannot be converted" : std::string(problem.View())};
   }
-  session.Say(options.output + ": written, parent standard " +
-              std::string(converter.GetParentStandard().View()));
+  const VyrFileChange change =
+      WriteResult(options.output, TextOf(converter, options.text), options.inPlace);
+  session.Say(TalkOf(options.output, change,
+                     "parent standard " + std::string(converter.GetParentStandard().View())));
   return kDone;
 }
 
@@ -58,8 +62,10 @@ Action Convert::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
   command.AddWord("TEXTFILE", options->text, "Text, - for standard input").Required().TakesPath();
   command.AddOutput(options->output).Required();
+  AddNoBackup(command, options->inPlace);
   AddUpgradeOptions(command, options->upgrade);
   command.AddExamples({"holstd convert standards/legacy/ISO.txt -o ISO.xml",
-                       "holstd convert - -o ISO.xml < ISO.txt"});
+                       "holstd convert - -o ISO.xml < ISO.txt"},
+                      kBackupNote);
   return [options](Session& session) { return ConvertFile(*options, session); };
 }

@@ -12,7 +12,6 @@
 #include "InputFile.h"
 #include "Objections.h"
 #include "Reports.h"
-#include "Signals.h"
 #include "Standard.h"
 #include "Subcommands.h"
 #include "VyrAnnStandardScript.h"
@@ -254,15 +253,10 @@ ExitStatus EditFile(const Options& options, const Session& session) {
     session.Warn(target, *said);
   }
   const std::string talk = Counted(done, "command") + " done";
-  if (options.inPlace.isWanted) {
-    session.Say(TalkOf(target, ReplaceInPlace(target, text, options.inPlace), talk));
-    return kDone;
-  }
-  const SignalsWait wait;
-  if (const std::string problem = VyrSaveFile(target, text); !problem.empty()) {
-    throw Failure{kNotWritten, target, 0, problem};
-  }
-  session.Say(target + ": written, " + talk);
+  const VyrFileChange change = options.inPlace.isWanted
+                                   ? ReplaceInPlace(target, text, options.inPlace)
+                                   : WriteResult(target, text, options.inPlace);
+  session.Say(TalkOf(target, change, talk));
   return kDone;
 }
 

@@ -1,17 +1,24 @@
 #include "InPlace.h"
 
+#include <filesystem>
+
 #include "Failure.h"
 #include "Signals.h"
+#include "VyrFiles.h"
 
 const char* const kBackupNote =
-    "With --in-place what FILE held is kept beside it as FILE.bak, FILE.bak.1, FILE.bak.2 and so\n"
-    "on, the highest number being the newest; holstd restore brings it back. Of a symbolic link\n"
-    "the file is replaced that it leads to, and the backups stand beside the link.";
+    "What a result replaces is kept beside it as FILE.bak, FILE.bak.1, FILE.bak.2 and so on, the\n"
+    "highest number being the newest; holstd restore brings it back. A file that holds the same\n"
+    "already is left alone. Of a symbolic link the file is replaced that it leads to, and the\n"
+    "backups stand beside the link.";
 
 void AddInPlace(Arguments& command, InPlaceOptions& options, const std::string& description) {
-  const Argument inPlace = command.AddFlag("--in-place", options.isWanted, description);
-  command.AddFlag("--no-backup", options.hasNoBackup, "With --in-place: do not keep what FILE held")
-      .Needs(inPlace);
+  command.AddFlag("--in-place", options.isWanted, description);
+  AddNoBackup(command, options);
+}
+
+void AddNoBackup(Arguments& command, InPlaceOptions& options) {
+  command.AddFlag("--no-backup", options.hasNoBackup, "Do not keep what a result replaces");
 }
 
 std::string AdviceOnKeeping(VyrFileChange::Result result) {
@@ -29,6 +36,20 @@ VyrFileChange ReplaceInPlace(const std::string& file, std::string_view text,
   VyrFileChange change = VyrReplaceFile(file, text, replaced);
   if (change.result == Result::Done || change.result == Result::Unchanged) return change;
   throw Failure{kNotWritten, change.file, 0, change.problem + AdviceOnKeeping(change.result)};
+}
+
+VyrFileChange WriteResult(const std::string& target, std::string_view text,
+                          const InPlaceOptions& options) {
+  std::error_code error;
+  const auto type = std::filesystem::status(target, error).type();
+  if (type != std::filesystem::file_type::fifo && type != std::filesystem::file_type::character) {
+    return ReplaceInPlace(target, text, options);
+  }
+  const SignalsWait wait;
+  if (const std::string problem = VyrSaveFile(target, text); !problem.empty()) {
+    throw Failure{kNotWritten, target, 0, problem};
+  }
+  return {VyrFileChange::Result::Done, target, {}, {}, {}};
 }
 
 std::string TalkOf(const std::string& file, const VyrFileChange& change, const std::string& done) {

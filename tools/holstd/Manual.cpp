@@ -69,7 +69,6 @@ std::string Synopsis(const CommandDescription& command) {
 std::string Conditions(const ArgumentDescription& argument) {
   std::string text;
   if (argument.isRequired && !argument.names.empty()) text += "It is always needed.\n";
-  if (!argument.needs.empty()) text += "Only together with " + Joined(argument.needs) + ".\n";
   if (!argument.excludes.empty()) text += "Not together with " + Joined(argument.excludes) + ".\n";
   return Escaped(text);
 }

@@ -38,7 +38,7 @@ ExitStatus StatusOf(Result result) {
 std::string Advice(Result result) {
   switch (result) {
     case Result::NoBackup:
-      return "; upgrade and edit make one with --in-place";
+      return "; convert, edit and upgrade make one of what they replace";
     case Result::BadBackup:
       return "; nothing was changed, and with it out of the way an older backup would be restored";
     case Result::NotUsedUp:
@@ -72,7 +72,7 @@ ExitStatus RestoreFiles(const Options& options, Session& session) {
 
 Action Restore::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  command.AddWords("FILE", options->files, "Standards that were changed in place")
+  command.AddWords("FILE", options->files, "Standards that were replaced")
       .Required()
       .TakesPath();
   command.AddFlag("--no-backup", options->hasNoBackup, "Do not keep what FILE holds now");

@@ -127,8 +127,10 @@ std::string Cell(const Json& report, const char* member) {
 std::string TableOf(const std::vector<Upgraded>& all) {
   TextTable table({"FILE", "FROM", "TO", "RESULT"});
   for (const Upgraded& each : all) {
-    table.Add({Cell(each.report, "file"), Cell(each.report, "from"), Cell(each.report, "to"),
-               Cell(each.report, "result")});
+    const std::string backup = Cell(each.report, "backup");
+    table.Add(
+        {Cell(each.report, "file"), Cell(each.report, "from"), Cell(each.report, "to"),
+         Cell(each.report, "result") + (backup.empty() ? "" : "; what it held is in " + backup)});
   }
   return table.Text();
 }

@@ -80,23 +80,15 @@ std::vector<UpgradeStep> RunChain(VyrDrwParseStandard& converter, const UpgradeM
   throw Failure{kInvalidInput, file, 0, "cannot be upgraded"};
 }
 
-/// The result as XML.
-std::string TextOf(VyrDrwParseStandard& converter, const std::string& file) {
-  VyrUnicodeString text;
-  const ReportRecorder recorder;
-  converter.GetDocument().SaveInString(text);
-  const VyrProblem problem = converter.GetDocument().GetProblem();
-  if (problem.IsEmpty()) return std::string(text.View());
-  throw Failure{kNotWritten, file, 0, std::string(problem.text.View())};
-}
-
-void Save(VyrDrwParseStandard& converter, const std::string& target) {
+/// Writes the result; the folder is made where there is none.
+VyrFileChange Save(VyrDrwParseStandard& converter, const UpgradeInput& input,
+                   const InPlaceOptions& inPlace) {
+  const std::string text = TextOf(converter, input.file);
+  if (inPlace.isWanted) return ReplaceInPlace(input.file, text, inPlace);
   std::error_code error;
-  const auto folder = std::filesystem::path(target).parent_path();
+  const auto folder = std::filesystem::path(input.target).parent_path();
   if (!folder.empty()) std::filesystem::create_directories(folder, error);
-  const ReportRecorder recorder;
-  if (VyrSucceeded(converter.SaveToFile(target.c_str()))) return;
-  throw Failure{kNotWritten, target, 0, std::string(converter.GetProblem().text.View())};
+  return WriteResult(input.target, text, inPlace);
 }
 
 /// Refuses what cannot be written to before it is read.
@@ -127,20 +119,13 @@ void Write(VyrDrwParseStandard& converter, const UpgradeInput& input, const Upgr
   // The version asked for may lie between two versions, and the chain ends below it.
   const std::string done = Counted(static_cast<long>(steps), "step") + " from version " +
                            report["from"].dump() + " to " + report["to"].dump();
-  if (!manner.inPlace.isWanted) {
-    Save(converter, input.target);
-    report["result"] = "written";
-    report["output"] = input.target;
-    return say(input.target + ": written, " + done);
-  }
-  const VyrFileChange change =
-      ReplaceInPlace(input.file, TextOf(converter, input.file), manner.inPlace);
+  const VyrFileChange change = Save(converter, input, manner.inPlace);
   if (change.result == VyrFileChange::Result::Done) {
     report["result"] = "written";
     report["output"] = input.target;
   }
   if (!change.kept.empty()) report["backup"] = change.kept;
-  say(TalkOf(input.file, change, done));
+  say(TalkOf(input.target, change, done));
 }
 
 /// Throws `Failure`; `upgraded` then holds what was found out before.

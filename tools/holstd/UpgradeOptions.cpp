@@ -1,5 +1,7 @@
 #include "UpgradeOptions.h"
 
+#include "VyrAnnStandardXMLParser.h"
+
 VyrDrwParseStandardUpgradeOptions UpgradeOptions::ForLibrary() const {
   VyrDrwParseStandardUpgradeOptions options;
   options.OOTBStandard = isShipped ? 1 : 0;
@@ -21,4 +23,13 @@ void WarnOfReports(const Session& session, const std::string& file, const std::s
   for (std::size_t i = from; i < recorder.failedChecks.size(); ++i) {
     session.Warn(file, step + ": " + recorder.failedChecks[i]);
   }
+}
+
+std::string TextOf(VyrDrwParseStandard& converter, const std::string& file) {
+  VyrUnicodeString text;
+  const ReportRecorder recorder;
+  converter.GetDocument().SaveInString(text);
+  const VyrProblem problem = converter.GetDocument().GetProblem();
+  if (problem.IsEmpty()) return std::string(text.View());
+  throw Failure{kNotWritten, file, 0, std::string(problem.text.View())};
 }

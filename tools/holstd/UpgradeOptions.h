@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "Arguments.h"
 #include "Reports.h"
 #include "Session.h"
@@ -20,3 +22,6 @@ void AddUpgradeOptions(Arguments& command, UpgradeOptions& options);
 /// look.
 void WarnOfReports(const Session& session, const std::string& file, const std::string& step,
                    const ReportRecorder& recorder, std::size_t from);
+
+/// What a converter holds as XML. Throws `Failure`; `file` is what it speaks of.
+std::string TextOf(VyrDrwParseStandard& converter, const std::string& file);

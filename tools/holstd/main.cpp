@@ -29,7 +29,7 @@ constexpr std::array<Row, 16> kSubcommands = {{
     {"get", "Prints the values at a path", &Get::Register},
     {"tree", "Prints what a standard holds, a line for each node or value", &Tree::Register},
     {"edit", "Changes a standard by path commands", &Edit::Register},
-    {"restore", "Takes back the last change in place of a standard", &Restore::Register},
+    {"restore", "Brings back what a result has replaced", &Restore::Register},
     {"diff", "Tells what two standards differ in", &Diff::Register},
     {"explain", "Tells all about what is at a path: type, default, place", &Explain::Register},
     {"sheets", "Prints the sheet formats and sheet styles of a standard", &Sheets::Register},
