@@ -43,18 +43,30 @@ const Unshown* FindUnshown(std::string_view text) {
   return found == kUnshown.end() ? nullptr : &*found;
 }
 
+/// What stands for the part of a text that is not shown.
+constexpr const char* kCutOff = "...";
+
+std::string Shown(std::string_view text) {
+  std::string shown;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const Unshown* const unshown = IsPrintable(text[i]) ? nullptr : FindUnshown(text.substr(i));
+    shown += unshown == nullptr ? text[i] : unshown->shownAs;
+    if (unshown != nullptr) i += unshown->lead.size();
+  }
+  return shown;
+}
+
 }  // namespace
 
 std::string VyrShownText(std::string_view text, std::size_t most) {
   const std::string_view begin = VyrCutUtf8(text, most);
-  std::string shown;
-  for (std::size_t i = 0; i < begin.size(); ++i) {
-    const Unshown* const unshown = IsPrintable(begin[i]) ? nullptr : FindUnshown(begin.substr(i));
-    shown += unshown == nullptr ? begin[i] : unshown->shownAs;
-    if (unshown != nullptr) i += unshown->lead.size();
-  }
-  if (begin.size() < text.size()) shown += "...";
-  return shown;
+  return Shown(begin) + (begin.size() < text.size() ? kCutOff : "");
+}
+
+std::string VyrShownEnd(std::string_view text, std::size_t most) {
+  // A character that the cut would split stays whole.
+  const std::size_t outside = VyrCutUtf8(text, text.size() - std::min(most, text.size())).size();
+  return (outside > 0 ? kCutOff : "") + Shown(text.substr(outside));
 }
 
 std::string VyrQuoted(std::string_view text) {

@@ -14,5 +14,8 @@ inline constexpr std::size_t kMostShownInTrace = 4096;
 /// reorders the letters around it as "?".
 std::string VyrShownText(std::string_view text, std::size_t most = kMostShownInMessage);
 
-/// The same between apostrophes.
+/// The same of its last `most` bytes, for a text that is about what stands at its end, as a path.
+std::string VyrShownEnd(std::string_view text, std::size_t most = kMostShownInMessage);
+
+/// The first between apostrophes.
 std::string VyrQuoted(std::string_view text);

@@ -84,6 +84,24 @@ TEST_F(NodeCheck, TheLiteralIsLookedUpByPathSoADotInItGoesOneLevelDown) {
   EXPECT_THAT(TakeTraces(), ElementsAre("c.Root.1.5 with enum \"Scale\"\n"));
 }
 
+TEST_F(NodeCheck, OfALongPathTheOuterNamesGoAndTheNodeThatHoldsTheValueEndsIt) {
+  // "Enum undefined: Root.Root.oooo.Blanking.Maybe with enum", with 4096 bytes of path or one more.
+  for (const std::size_t excess : {0u, 1u, 4096u}) {
+    const std::string begin = "Root.Root.";
+    const std::string end = ".Gr\u00F6\u00DFe.Blanking";
+    const std::string outer(4096 - begin.size() - end.size() + excess, 'o');
+    root = NewNode("Root", Node::NodeTop);
+    const Node_var holder =
+        AddChild(*AddChild(*AddChild(*root, outer), "Gr\u00F6\u00DFe"), "Blanking");
+    AddEnum(*holder, "Maybe", "YesNo");
+    EXPECT_EQ(root->Check(enums.Get(), "Enum undefined: Root"), 1);
+    const std::string path = begin + outer + end;
+    const std::string shown = excess == 0 ? path : "..." + path.substr(path.size() - 4096);
+    EXPECT_THAT(TakeTraces(),
+                ElementsAre("Enum undefined: " + shown + ".Maybe with enum \"YesNo\"\n"));
+  }
+}
+
 TEST_F(NodeCheck, IsNeverReportedAsAFailedCheck) {
   AddEnum(*root, "", "");
   EXPECT_EQ(root->Check(enums.Get(), ""), 1);
@@ -162,8 +180,8 @@ TEST_F(LargeTrees, DeeperThanTheStackAreCheckedClonedFoundAndDestroyed) {
   EXPECT_EQ(Value_var(top->GetValueWithPath(path + ".Maybe")).Get(), lowest->GetValues()[0].Get());
   EXPECT_EQ(top->Check(enums.Get(), "c"), 1);
   // A line of each value with the whole path would come to the square of the depth.
-  const std::string shown = ("c.d." + path).substr(0, 4096);
-  EXPECT_THAT(TakeTraces(), ElementsAre(shown + "....Maybe with enum \"YesNo\"\n"));
+  const std::string shown = "..." + path.substr(path.size() - 4096);
+  EXPECT_THAT(TakeTraces(), ElementsAre(shown + ".Maybe with enum \"YesNo\"\n"));
   Node_var copy(top->Clone());
   EXPECT_EQ(FindDifference(*top, *copy), "");
   EXPECT_EQ(copy->DeleteNodeWithPath(path), 0);

@@ -33,6 +33,16 @@ TEST(ShownText, IsAsLongAsItsReaderHasRoomFor) {
   EXPECT_EQ(VyrShownText("a\n\u2028\u200E", 8), "a  ?");
 }
 
+TEST(ShownText, ShowsItsEndWhereThatIsWhatItIsAbout) {
+  EXPECT_EQ(VyrShownEnd("", 6), "");
+  EXPECT_EQ(VyrShownEnd("abcdef", 6), "abcdef");
+  EXPECT_EQ(VyrShownEnd("abcdef", 5), "...bcdef");
+  EXPECT_EQ(VyrShownEnd("abcdef", 0), "...");
+  EXPECT_EQ(VyrShownEnd("ab\u5BF8c", 2), "...\u5BF8c") << "no part of a character";
+  EXPECT_EQ(VyrShownEnd("a\n\u2028\u200E", 7), "...  ?");
+  EXPECT_EQ(VyrFindInvalidUtf8(VyrShownEnd(Repeated("\u5BF8", 1000))), std::string_view::npos);
+}
+
 TEST(ShownText, IsQuotedBetweenApostrophes) {
   EXPECT_EQ(VyrQuoted(""), "''");
   EXPECT_EQ(VyrQuoted("a\nb"), "'a b'");
