@@ -209,3 +209,22 @@ TEST(Check, OlderStandardsNeedNoSheets) {
     EXPECT_EQ(run.out, file + ": valid, version " + version + "\n");
   }
 }
+
+TEST(Check, AHundredProblemsAreToldAndTheOthersCounted) {
+  std::string values;
+  for (int i = 0; i < 103; ++i) {
+    values += Parameter("P" + std::to_string(i), "enumval name=\"Missing\"", "Yes");
+  }
+  const std::string text = Document(values);
+  const ToolRun run = RunTool({"check", "-"}, {.input = text});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "-: not valid: 103 problems of content\n");
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 101);
+  EXPECT_THAT(run.err, testing::HasSubstr(":" + std::to_string(LineOf(text, "\"P99\"")) + ": "));
+  EXPECT_THAT(run.err, testing::Not(testing::HasSubstr("P100")));
+  EXPECT_THAT(run.err, testing::EndsWith("standard input: and 3 problems more like these\n"));
+  const nlohmann::json json = ParsedJson(RunTool({"check", "--json", "-"}, {.input = text}))[0];
+  EXPECT_EQ(json["problems"].size(), 100u);
+  EXPECT_EQ(json["lines"].size(), 100u);
+  EXPECT_EQ(json["more"], 3);
+}

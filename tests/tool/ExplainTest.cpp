@@ -255,7 +255,7 @@ TEST_F(Explain, WhatCannotBeReadIsStatus3) {
   ExpectFailure(RunTool({"explain", shipped}), 2, {"PATH"});
 }
 
-TEST_F(Explain, ManyValuesOfOneNameHaveALineAndADefaultEach) {
+TEST_F(Explain, OfManyOfOneNameAHundredHaveALineAndADefaultAndTheOthersAreCounted) {
   constexpr int count = 20000;
   std::string values;
   for (int i = 0; i < count; ++i) {
@@ -266,12 +266,31 @@ TEST_F(Explain, ManyValuesOfOneNameHaveALineAndADefaultEach) {
                                              values + "</std:typeval></std:node>\n");
   std::ofstream(shipped) << text;
   const json answers = Answers(text, "T.F");
-  ASSERT_EQ(answers.size(), std::size_t{count});
+  ASSERT_EQ(answers.size(), 101u);
   const int line = LineOf(text, ">0</std:intval>");
-  for (int i = 0; i < count; i += 1999) {
+  for (int i = 0; i < 100; i += 33) {
     EXPECT_EQ(answers[i]["line"], line + i);
     EXPECT_EQ(answers[i]["default"]["value"], std::to_string(i));
   }
+  EXPECT_EQ(answers[100], json({{"more", count - 100}}));
+  EXPECT_THAT(Run(text, "T.F").out,
+              testing::EndsWith("\nand 19900 places more; a longer path finds fewer\n"));
+}
+
+TEST_F(Explain, OfAHugeEnumerationAHundredLiteralsAreTold) {
+  const auto standard = [](int count) {
+    std::string text = "<std:enumdef name=\"Huge\">";
+    for (int i = 0; i < count; ++i) text += "<std:strval>L" + std::to_string(i) + "</std:strval>";
+    return Document(text + "</std:enumdef>" + Parameter("P", "enumval name=\"Huge\"", "L0"));
+  };
+  const json all = Answers(standard(100), "P")[0];
+  EXPECT_EQ(all["literals"].size(), 100u);
+  EXPECT_FALSE(all.contains("moreLiterals"));
+  const json some = Answers(standard(103), "P")[0];
+  EXPECT_EQ(some["literals"].size(), 100u);
+  EXPECT_EQ(some["moreLiterals"], 3);
+  EXPECT_THAT(Run(standard(103), "P").out, testing::HasSubstr(", L99, and 3 more\n"));
+  EXPECT_THAT(Run(standard(103), "Enum.Huge").out, testing::HasSubstr(", L102\n"));
 }
 
 TEST_F(Explain, ADeepStandardIsExplained) {
@@ -282,5 +301,8 @@ TEST_F(Explain, ADeepStandardIsExplained) {
   for (int i = 0; i < depth; ++i) text += "</std:node>";
   const json answer = Answers(Document(text), "P");
   ASSERT_EQ(answer.size(), 1u);
-  EXPECT_EQ(answer[0]["path"].get<std::string>().size(), std::string("Root.P").size() + 2 * depth);
+  // 500 bytes at most, and whole names: "n." 249 times, and "P".
+  std::string path = "...";
+  for (int i = 0; i < 249; ++i) path += "n.";
+  EXPECT_EQ(answer[0]["path"], path + "P");
 }

@@ -1,13 +1,14 @@
 #include <algorithm>
-#include <iterator>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "Arguments.h"
 #include "DatedBack.h"
+#include "DefinedLiterals.h"
+#include "FileProblem.h"
 #include "Format.h"
 #include "ItemLines.h"
-#include "Objections.h"
 #include "PathSearch.h"
 #include "Reports.h"
 #include "SheetProblems.h"
@@ -26,10 +27,10 @@ struct Options {
 
 /// What is wrong with a standard that could be read.
 struct Findings {
-  std::vector<FileProblem> content;    ///< enumerations and version
-  std::vector<FileProblem> structure;  ///< what the application needs of every standard
+  FileProblems content;    ///< enumerations and version
+  FileProblems structure;  ///< what the application needs of every standard
 
-  bool AreNone() const { return content.empty() && structure.empty(); }
+  bool AreNone() const { return content.AreNone() && structure.AreNone(); }
 };
 
 /// What the checks look at.
@@ -47,22 +48,23 @@ bool IsDefined(const VyrAnnStandardXMLNode& enumerations, const VyrAnnStandardXM
   return VyrAnnStandardXMLValue_var(enumerations.GetValueWithPath(path)).Get() != nullptr;
 }
 
-std::string UndefinedText(const Subject& subject, const StandardPlace& place) {
+std::string UndefinedText(const Subject& subject, const StandardPlace& place,
+                          DefinedLiterals& defined) {
   const VyrAnnStandardXMLValue& value = *subject.items.ValueAt(place);
   const WrittenLiteral literal = {std::string(value.GetValueName().View()),
                                   std::string(value.GetValue().View()), true};
-  const std::string objection = ObjectionToLiteral(subject.standard.document, literal);
+  const std::string objection = defined.ObjectionTo(literal);
   return subject.items.PathOf(place) + ": " +
          (objection.empty() ? Quoted(literal.literal) + " is no literal that can be found in " +
                                   Quoted(literal.enumeration) + "; its name would hold no dot"
                             : objection);
 }
 
-/// Literals of the standard that no enumeration has.
-std::vector<FileProblem> LiteralProblems(const Subject& subject) {
+/// Where literals of the standard stand that no enumeration has, and their lines, in this order.
+std::vector<std::pair<int, StandardPlace>> UndefinedLiterals(const Subject& subject) {
   const StandardItems& items = subject.items;
   const VyrAnnStandardXMLNode& enumerations = *items[StandardItems::kEnum].node;
-  std::vector<FileProblem> problems;
+  std::vector<std::pair<int, StandardPlace>> undefined;
   std::vector<bool> isOfRoot(items.Count(), false);
   for (StandardItems::Index item = StandardItems::kRoot; item < items.Count(); ++item) {
     isOfRoot[item] = item == StandardItems::kRoot || isOfRoot[items[item].parent];
@@ -71,8 +73,20 @@ std::vector<FileProblem> LiteralProblems(const Subject& subject) {
       if (values[i]->GetType() != VyrAnnStandardXMLValue::ValueEnum) continue;
       if (IsDefined(enumerations, *values[i])) continue;
       const StandardPlace place = {item, i};
-      problems.push_back({subject.lines.LineOf(place), UndefinedText(subject, place)});
+      undefined.emplace_back(subject.lines.LineOf(place), place);
     }
+  }
+  std::stable_sort(undefined.begin(), undefined.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  return undefined;
+}
+
+FileProblems LiteralProblems(const Subject& subject) {
+  FileProblems problems;
+  DefinedLiterals defined(subject.standard.document);
+  for (const auto& [line, place] : UndefinedLiterals(subject)) {
+    const bool isTold = problems.HasRoom();
+    problems.Add({line, isTold ? UndefinedText(subject, place, defined) : std::string()});
   }
   return problems;
 }
@@ -82,25 +96,24 @@ int LineOf(const Subject& subject, const char* path) {
   return place ? subject.lines.LineOf(*place) : 0;
 }
 
-std::vector<FileProblem> ContentProblems(const Subject& subject) {
-  std::vector<FileProblem> problems = LiteralProblems(subject);
+FileProblems ContentProblems(const Subject& subject) {
+  FileProblems problems = LiteralProblems(subject);
   if (subject.standard.version < 0) {
-    problems.push_back(
+    problems.AddAnyway(
         {LineOf(subject, "Root.Version"), VersionProblem(subject.standard.document)});
   }
   if (const auto newer = FindNewerContent(subject.standard)) {
-    problems.push_back({LineOf(subject, newer->node.CString()), DatedBackText(*newer)});
+    problems.AddAnyway({LineOf(subject, newer->node.CString()), DatedBackText(*newer)});
   }
   if (const auto lost = subject.lines.FirstEstranged()) {
     const std::string others =
         lost->count > 1 ? " and " + std::to_string(lost->count - 1) + " more" : "";
-    problems.push_back({lost->line, "the element " + Quoted(lost->name) + others +
+    problems.AddAnyway({lost->line, "the element " + Quoted(lost->name) + others +
                                         " is passed over, since it is not in the namespace of "
                                         "standards; it would have the prefix of the others"});
   }
   // What is passed over may well be the cause of what is missing further down.
-  std::stable_sort(problems.begin(), problems.end(),
-                   [](const FileProblem& a, const FileProblem& b) { return a.line < b.line; });
+  problems.SortTold();
   return problems;
 }
 
@@ -113,18 +126,17 @@ bool HasReadableFormats(VyrAnnStandardServices& services) {
 }
 
 /// For a standard without other problems.
-std::vector<FileProblem> StructureProblems(const Subject& subject) {
+FileProblems StructureProblems(const Subject& subject) {
   const ReportRecorder recorder;
   const auto services = VyrAnnStandardServices::OpenFile(subject.file.Path());
-  std::vector<FileProblem> problems;
+  FileProblems problems;
   const bool listsFormats =
       subject.standard.version >= VyrDftStdPersistence::GetVersionFromRelease(14);
   if (listsFormats && !HasReadableFormats(*services)) {
     problems = FormatProblems(subject.items, subject.lines);
   }
   if (services->CheckXMLStructure() != S_OK) {
-    std::vector<FileProblem> more = StyleProblems(subject.items, subject.lines);
-    std::move(more.begin(), more.end(), std::back_inserter(problems));
+    problems.Add(StyleProblems(subject.items, subject.lines));
   }
   return problems;
 }
@@ -143,7 +155,9 @@ class Checker {
       Report(file, standard.version, findings);
       return findings.AreNone() ? kDone : kNegativeAnswer;
     } catch (const Failure& failure) {
-      if (json_) AddJson(file, false, -1, {{{failure.line, failure.text}}, {}});
+      Findings findings;
+      findings.content.Add({failure.line, failure.text});
+      if (json_) AddJson(file, false, -1, findings);
       throw;
     }
   }
@@ -164,20 +178,18 @@ class Checker {
     Tell(file, findings.structure, "structure");
   }
 
-  void Tell(const std::string& file, const std::vector<FileProblem>& problems, const char* kind) {
-    if (problems.empty()) return;
+  void Tell(const std::string& file, const FileProblems& problems, const char* kind) {
+    if (problems.AreNone()) return;
     PrintLine(file, Paint::Bad, "not valid",
-              ": " + Counted(static_cast<long>(problems.size()), "problem") + " of " + kind);
-    for (const FileProblem& problem : problems) {
-      session_.Complain({kNegativeAnswer, file, problem.line, problem.text});
-    }
+              ": " + Counted(static_cast<long>(problems.Count()), "problem") + " of " + kind);
+    problems.ComplainOf(file, session_);
   }
 
   void AddJson(const std::string& file, bool isReadable, int version, const Findings& findings) {
     Json problems = Json::array();
     Json lines = Json::array();
     for (const auto* found : {&findings.content, &findings.structure}) {
-      for (const FileProblem& problem : *found) {
+      for (const FileProblem& problem : found->Told()) {
         problems.push_back(problem.text);
         lines.push_back(problem.line > 0 ? Json(problem.line) : Json());
       }
@@ -188,6 +200,8 @@ class Checker {
                      {"version", version < 0 ? Json() : Json(version)},
                      {"problems", problems},
                      {"lines", lines}});
+    const std::size_t more = findings.content.More() + findings.structure.More();
+    if (more > 0) list_.back()["more"] = more;
   }
 
   void PrintLine(const std::string& file, Paint paint, const char* verdict,

@@ -132,7 +132,7 @@ class Printer {
     const Side& side = Teller(difference);
     const StandardPlace& place = PlaceOf(difference);
     std::string path = Printable(side.items.PathOf(place));
-    const std::string_view entry = side.items.EntryOf(place.item);
+    const std::string entry = side.items.EntryOf(place.item);
     if (!entry.empty()) path += " (" + Printable(entry) + ")";
     const std::string line = std::string("  ") + NameOf(difference.kind).sign + " " + path;
     switch (difference.kind) {
@@ -199,7 +199,7 @@ class Printer {
 
   static void AddEntry(Json& object, const char* member, const Side& side,
                        const StandardPlace& place) {
-    const std::string_view entry = side.items.EntryOf(place.item);
+    const std::string entry = side.items.EntryOf(place.item);
     if (!entry.empty()) object[member] = entry;
   }
 
@@ -207,7 +207,7 @@ class Printer {
   void AddNewNames(Json& object, const Difference& difference) const {
     const std::string path = after_.items.PathOf(difference.after);
     if (object["path"] != path) object["newPath"] = path;
-    const std::string_view entry = after_.items.EntryOf(difference.after.item);
+    const std::string entry = after_.items.EntryOf(difference.after.item);
     if (object.value("entry", "") != entry) object["newEntry"] = entry;
   }
 

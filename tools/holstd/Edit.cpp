@@ -7,6 +7,7 @@
 
 #include "Arguments.h"
 #include "DatedBack.h"
+#include "DefinedLiterals.h"
 #include "Format.h"
 #include "InPlace.h"
 #include "InputFile.h"
@@ -108,8 +109,9 @@ class Steps {
 using Literals = std::vector<std::pair<const Step*, WrittenLiteral>>;
 
 void CheckLiterals(VyrAnnStandardXMLParser& document, const Literals& literals) {
+  DefinedLiterals defined(document);
   for (const auto& [step, written] : literals) {
-    const std::string objection = ObjectionToLiteral(document, written);
+    const std::string objection = defined.ObjectionTo(written);
     if (!objection.empty()) throw Failure{kInvalidInput, step->place, step->line, objection};
   }
 }

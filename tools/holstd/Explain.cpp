@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -25,6 +26,10 @@ struct Options {
   bool json = false;
 };
 
+/// Of all that a path finds, and of the literals that a value may take, the first are told and the
+/// others counted.
+constexpr std::size_t kMostTold = 100;
+
 /// What the shipped standard has at the place.
 struct Default {
   StandardPlace place;
@@ -48,13 +53,28 @@ const Node* EnumerationOf(const Sources& from, const Value* value) {
   return VyrAnnStandardXMLNode_var(top.node->GetNodeByName(value->GetValueName())).Get();
 }
 
-std::vector<std::string> LiteralsOf(const Node& enumeration) {
+/// The first `most` of them.
+std::vector<std::string> LiteralsOf(const Node& enumeration, std::size_t most) {
   std::vector<std::string> literals;
   for (const VyrAnnStandardXMLValue_var& literal : enumeration.GetValues()) {
-    literals.emplace_back(literal->GetValue().View());
+    if (literals.size() < most) literals.emplace_back(literal->GetValue().View());
   }
   return literals;
 }
+
+/// Of the enumeration of a value, which any number of values may have, what is told of it.
+struct ToldLiterals {
+  std::vector<std::string> first;
+  std::size_t more;
+
+  explicit ToldLiterals(const Node& enumeration)
+      : first(LiteralsOf(enumeration, kMostTold)),
+        more(enumeration.GetValues().size() - first.size()) {}
+
+  std::string Text() const {
+    return Joined(first) + (more == 0 ? "" : ", and " + std::to_string(more) + " more");
+  }
+};
 
 bool HasLiteral(const Node& enumeration, const Value& value) {
   for (const VyrAnnStandardXMLValue_var& literal : enumeration.GetValues()) {
@@ -92,7 +112,7 @@ class TextAnswer {
 
   std::string Text(const StandardPlace& place) {
     text_ = Printable(from_.items.PathOf(place));
-    const std::string_view entry = from_.items.EntryOf(place.item);
+    const std::string entry = from_.items.EntryOf(place.item);
     text_ += (entry.empty() ? "" : " (" + Printable(entry) + ")") + "\n";
     const Value* value = from_.items.ValueAt(place);
     if (value != nullptr) {
@@ -125,7 +145,7 @@ class TextAnswer {
     const std::string name = Printable(value.GetValueName().View());
     const Node* enumeration = EnumerationOf(from_, &value);
     if (enumeration == nullptr) return Add("enumeration", name + ", which is not defined");
-    Add("enumeration", name + ": " + Printable(Joined(LiteralsOf(*enumeration))) +
+    Add("enumeration", name + ": " + Printable(ToldLiterals(*enumeration).Text()) +
                            (HasLiteral(*enumeration, value) ? "" : "; the value is none of them"));
   }
 
@@ -134,7 +154,7 @@ class TextAnswer {
     Add("holds",
         Counted(node.GetNumOfNode(), "node") + ", " + Counted(node.GetNumOfValue(), "value"));
     if (node.GetNodeType() == Node::NodeEnum) {
-      return Add("literals", Printable(Joined(LiteralsOf(node))));
+      return Add("literals", Printable(Joined(LiteralsOf(node, node.GetValues().size()))));
     }
     std::vector<std::string> values;
     for (const auto& value : node.GetValues()) values.push_back(NamedText(node, *value));
@@ -174,13 +194,18 @@ void AddContentTo(Json& object, const Sources& from, const StandardPlace& place)
   AddValueTo(object, *value);
   if (value->GetType() != Value::ValueEnum) return;
   const Node* enumeration = EnumerationOf(from, value);
-  object["literals"] = enumeration == nullptr ? Json() : Json(LiteralsOf(*enumeration));
+  object["literals"] = Json();
+  if (enumeration != nullptr) {
+    const ToldLiterals literals(*enumeration);
+    object["literals"] = literals.first;
+    if (literals.more > 0) object["moreLiterals"] = literals.more;
+  }
   object["defined"] = enumeration != nullptr && HasLiteral(*enumeration, *value);
 }
 
 Json AsJson(const Sources& from, const StandardPlace& place) {
   Json object = {{"file", from.options.file}, {"path", from.items.PathOf(place)}};
-  const std::string_view entry = from.items.EntryOf(place.item);
+  const std::string entry = from.items.EntryOf(place.item);
   if (!entry.empty()) object["entry"] = entry;
   AddContentTo(object, from, place);
   const int line = from.lines.LineOf(place);
@@ -208,16 +233,21 @@ ExitStatus PrintExplanations(const Options& options, Session& session) {
   const ItemLines lines(input, items);
   const ShippedStandard shipped(standard.parent);
   const Sources from = {options, items, lines, shipped};
-  bool isFirst = true;
-  for (const StandardPlace& place : places) {
-    const bool begins = std::exchange(isFirst, false);
+  const std::size_t told = std::min(places.size(), kMostTold);
+  for (std::size_t i = 0; i < told; ++i) {
     if (options.json) {
-      session.Print((begins ? "[\n  " : ",\n  ") + JsonLine(AsJson(from, place)));
+      session.Print((i == 0 ? "[\n  " : ",\n  ") + JsonLine(AsJson(from, places[i])));
     } else {
-      session.Print((begins ? "" : "\n") + TextAnswer(from).Text(place));
+      session.Print((i == 0 ? "" : "\n") + TextAnswer(from).Text(places[i]));
     }
   }
-  if (options.json) session.Print("\n]\n");
+  const std::size_t more = places.size() - told;
+  if (options.json) {
+    session.Print((more == 0 ? "" : ",\n  " + JsonLine({{"more", more}})) + "\n]\n");
+  } else if (more > 0) {
+    session.Print("\nand " + Counted(static_cast<long>(more), "place") +
+                  " more; a longer path finds fewer\n");
+  }
   return kDone;
 }
 

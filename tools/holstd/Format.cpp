@@ -33,6 +33,11 @@ std::string Escape(const char* format, unsigned int code) {
   return text.data();
 }
 
+/// True for a byte of UTF-8 that continues a character.
+bool IsInsideCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
 bool IsTextual(Value::Type type) {
   return type == Value::ValueString || type == Value::ValueEnum;
 }
@@ -63,6 +68,24 @@ std::string Printable(std::string_view text) {
 
 std::string Quoted(std::string_view text) {
   return "'" + std::string(text) + "'";
+}
+
+std::string ShownPath(std::string path, bool isWhole) {
+  std::size_t begin = path.size() > kMostOfPath ? path.size() - kMostOfPath : 0;
+  if (begin == 0 && isWhole) return path;
+  // A name that is begun is left out, unless it is the last one.
+  const std::size_t dot = begin == 0 ? path.npos : path.find('.', begin);
+  if (dot != path.npos && dot + 1 < path.size()) begin = dot + 1;
+  while (begin < path.size() && IsInsideCharacter(path[begin])) ++begin;
+  return "..." + path.substr(begin);
+}
+
+std::string ShownName(std::string_view name) {
+  constexpr std::size_t most = 100;
+  if (name.size() <= most) return std::string(name);
+  std::size_t end = most;
+  while (end > 0 && IsInsideCharacter(name[end])) --end;
+  return std::string(name.substr(0, end)) + "...";
 }
 
 std::string Joined(const std::vector<std::string>& words) {

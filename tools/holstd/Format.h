@@ -16,6 +16,14 @@ using Json = nlohmann::ordered_json;
 std::string Printable(std::string_view text);
 /// `text` between single quotes, as messages name things.
 std::string Quoted(std::string_view text);
+/// What is shown of a path, in bytes.
+inline constexpr std::size_t kMostOfPath = 500;
+/// A path that is short enough to be shown: of a longer one the inner end behind "...", since what
+/// a line is about stands there, and a standard may be as deep as its file is long. `isWhole` tells
+/// that nothing has been left out of `path`.
+std::string ShownPath(std::string path, bool isWhole = true);
+/// A name that goes with a path: of a long one its beginning.
+std::string ShownName(std::string_view name);
 /// "a, b, c"
 std::string Joined(const std::vector<std::string>& words);
 /// "1 node", "2 nodes"

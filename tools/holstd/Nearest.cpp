@@ -93,14 +93,15 @@ std::vector<std::string> NearestName::GetFew() const {
 
 std::string PathCorrection::Message(const std::string& relation,
                                     const std::string& otherwise) const {
-  const std::string meant = path.empty() ? "" : "did you mean " + Quoted(path) + "?";
+  const std::string meant = path.empty() ? "" : "did you mean " + Quoted(ShownPath(path)) + "?";
   if (!dots.empty()) {
     const std::string right = dots == kEmptyPath ? otherwise : "one joins two names";
     return dots + "; " + (meant.empty() ? right : meant);
   }
   const std::string text =
       "there is no " + Quoted(name) + " " +
-      (below.empty() ? std::string("in the standard") : relation + " " + Quoted(below)) + "; ";
+      (below.empty() ? std::string("in the standard") : relation + " " + Quoted(ShownPath(below))) +
+      "; ";
   if (!meant.empty()) return text + meant;
   return text + (nearest.empty() ? otherwise : "the nearest name is " + Quoted(nearest));
 }

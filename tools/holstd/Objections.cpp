@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "Format.h"
-#include "Nearest.h"
 
 namespace {
 
@@ -210,36 +209,6 @@ std::optional<WrittenLiteral> LiteralWritten(CommandPaths& paths, Verb verb,
   if (verb == Verb::Change) return LiteralChanged(paths, text);
   if (verb == Verb::Value || verb == Verb::Field) return LiteralAdded(paths, verb, text);
   return std::nullopt;
-}
-
-std::string ObjectionToLiteral(Document& document, const WrittenLiteral& written) {
-  constexpr std::size_t shortList = 12;
-  const VyrAnnStandardXMLNode_var top(document.GetNodeWithPath("Enum"));
-  const VyrAnnStandardXMLNode_var enumeration(top->GetNodeByName(written.enumeration));
-  if (!enumeration && !written.isNew) return {};
-  if (!enumeration) {
-    NearestName nearest(written.enumeration);
-    for (const auto& other : top->GetNodes()) nearest.Consider(other->GetNodeName().View());
-    return "there is no enumeration " + Quoted(written.enumeration) + " to take " +
-           Quoted(written.literal) + " from; " +
-           (nearest.Get().empty() ? "'holstd tree FILE Enum' shows what there is"
-                                  : "did you mean " + Quoted(nearest.Get()) + "?");
-  }
-  NearestName nearest(written.literal);
-  std::vector<std::string> literals;
-  for (const auto& literal : enumeration->GetValues()) {
-    if (literal->GetValue().View() == written.literal) return {};
-    nearest.Consider(literal->GetValue().View());
-    literals.push_back(Quoted(literal->GetValue().View()));
-  }
-  std::string text =
-      Quoted(written.literal) + " is no literal of the enumeration " + Quoted(written.enumeration);
-  std::vector<std::string> few;
-  for (const std::string& literal : nearest.GetFew()) few.push_back(Quoted(literal));
-  if (!few.empty()) text += (few.size() == 1 ? "; near is " : "; near are ") + Joined(few);
-  if (literals.size() <= shortList) return text + "; it has " + Joined(literals);
-  return text + "; 'holstd tree FILE Enum." + written.enumeration + "' shows all " +
-         std::to_string(literals.size());
 }
 
 std::string ObjectionTo(CommandPaths& paths, Verb verb, std::string_view text) {

@@ -24,6 +24,3 @@ struct WrittenLiteral {
 /// no literal.
 std::optional<WrittenLiteral> LiteralWritten(CommandPaths& paths, VyrAnnStandardScript::Verb verb,
                                              std::string_view text);
-/// Says that a literal is not defined, and what would be; empty when it is. No application opens a
-/// standard with such a literal. Where the whole enumeration was missing before, nothing is worse.
-std::string ObjectionToLiteral(VyrAnnStandardXMLParser& document, const WrittenLiteral& written);

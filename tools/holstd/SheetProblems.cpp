@@ -5,6 +5,10 @@
 #include <charconv>
 #include <optional>
 #include <span>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "Format.h"
 #include "PathSearch.h"
@@ -108,12 +112,45 @@ std::vector<std::string> ProblemsOfFormat(const Node& format) {
   return problems;
 }
 
+/// The sheet formats by their first value, which is how styles name them: of equal ones the first.
+class KnownFormats {
+ public:
+  /// `holder` may be null.
+  explicit KnownFormats(const Node* holder) {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; holder != nullptr && i < holder->GetNodes().size(); ++i) {
+      const Node& format = *holder->GetNodes()[i];
+      if (format.GetValues().empty()) continue;
+      const std::string_view name = format.GetValues().front()->GetValue().View();
+      formats_.emplace(name, &format);
+      if (++count_ <= kMostNamed) names.push_back(Quoted(name));
+    }
+    list_ = names.empty() ? "there are none" : "there are " + Joined(names);
+    if (count_ > kMostNamed) list_ += " and " + std::to_string(count_ - kMostNamed) + " more";
+  }
+
+  /// Null when there is none of that name.
+  const Node* Find(std::string_view name) const {
+    const auto found = formats_.find(name);
+    return found == formats_.end() ? nullptr : found->second;
+  }
+  /// What there is, as a message says it.
+  const std::string& List() const { return list_; }
+
+ private:
+  static constexpr std::size_t kMostNamed = 12;
+
+  std::unordered_map<std::string_view, const Node*> formats_;
+  std::size_t count_ = 0;
+  std::string list_;
+};
+
 // Styles.
 
 /// Collects what is wrong with one sheet style.
 class StyleCheck {
  public:
-  StyleCheck(const Node& style, const Node* formats) : style_(style), formats_(formats) {}
+  StyleCheck(const Node& style, const KnownFormats& formats) : style_(style), formats_(formats) {}
 
   std::vector<std::string> Run() {
     CheckScale();
@@ -154,49 +191,31 @@ class StyleCheck {
   void CheckFormat() {
     const auto name = FieldText(style_, "Format");
     if (!name) return Add("has no Format; it would name one of the sheet formats");
-    const Node* format = FindFormat(*name);
+    const Node* format = formats_.Find(*name);
     if (format == nullptr) {
-      return Add("has the Format " + Quoted(*name) + ", which is none of the sheet formats" +
-                 KnownFormats());
+      return Add("has the Format " + Quoted(*name) + ", which is none of the sheet formats; " +
+                 formats_.List());
     }
     if (!ProblemsOfFormat(*format).empty()) {
       Add("has the Format " + Quoted(*name) + ", a sheet format that is not valid itself");
     }
   }
 
-  const Node* FindFormat(const std::string& name) const {
-    if (formats_ == nullptr) return nullptr;
-    for (const auto& format : formats_->GetNodes()) {
-      if (FirstValue(*format) == name) return format.Get();
-    }
-    return nullptr;
-  }
-
-  std::string KnownFormats() const {
-    std::vector<std::string> names;
-    if (formats_ != nullptr) {
-      for (const auto& format : formats_->GetNodes()) {
-        if (auto name = FirstValue(*format)) names.push_back(Quoted(*name));
-      }
-    }
-    return names.empty() ? "; there are none" : "; there are " + Joined(names);
-  }
-
   const Node& style_;
-  const Node* formats_;
+  const KnownFormats& formats_;
   std::vector<std::string> problems_;
 };
 
 /// Problems of every child of a node, each under the name that `title` gives the child.
 template <class Title, class Check>
-std::vector<FileProblem> ProblemsOfChildren(const StandardItems& items, const ItemLines& lines,
-                                            StandardItems::Index parent, Title title, Check check) {
-  std::vector<FileProblem> problems;
+FileProblems ProblemsOfChildren(const StandardItems& items, const ItemLines& lines,
+                                StandardItems::Index parent, Title title, Check check) {
+  FileProblems problems;
   for (StandardItems::Index i = 0; i < items.ChildCount(parent); ++i) {
     const StandardPlace place = {items[parent].firstChild + i, {}};
     const Node& child = *items[place.item].node;
     for (const std::string& text : check(child)) {
-      problems.push_back({lines.LineOf(place), title(child, i) + " " + text});
+      problems.Add({lines.LineOf(place), title(child, i) + " " + text});
     }
   }
   return problems;
@@ -206,6 +225,12 @@ std::vector<FileProblem> ProblemsOfChildren(const StandardItems& items, const It
 std::optional<StandardPlace> FindNode(const StandardItems& items, const char* path) {
   const auto place = FindPlace(items, path);
   return place && !place->value ? place : std::nullopt;
+}
+
+FileProblems OneProblem(int line, std::string text) {
+  FileProblems problems;
+  problems.Add({line, std::move(text)});
+  return problems;
 }
 
 std::string FormatTitle(const Node& format, std::size_t index) {
@@ -219,40 +244,40 @@ std::string StyleTitle(const Node& style, std::size_t) {
 
 }  // namespace
 
-std::vector<FileProblem> FormatProblems(const StandardItems& items, const ItemLines& lines) {
+FileProblems FormatProblems(const StandardItems& items, const ItemLines& lines) {
   const auto formats = FindNode(items, "Root.SheetFormat");
   if (!formats) {
-    return {{0, "there is no node SheetFormat; it would hold the sheet formats"}};
+    return OneProblem(0, "there is no node SheetFormat; it would hold the sheet formats");
   }
   const int line = lines.LineOf(*formats);
   if (items.ChildCount(formats->item) == 0) {
-    return {{line, "SheetFormat holds no sheet format; it would hold at least one"}};
+    return OneProblem(line, "SheetFormat holds no sheet format; it would hold at least one");
   }
   auto problems = ProblemsOfChildren(items, lines, formats->item, FormatTitle, ProblemsOfFormat);
-  if (problems.empty()) {
-    problems.push_back({line,
-                        "the sheet formats cannot be read by the application; "
-                        "each would be an instance of the type Formats"});
+  if (problems.AreNone()) {
+    problems.Add({line,
+                  "the sheet formats cannot be read by the application; "
+                  "each would be an instance of the type Formats"});
   }
   return problems;
 }
 
-std::vector<FileProblem> StyleProblems(const StandardItems& items, const ItemLines& lines) {
+FileProblems StyleProblems(const StandardItems& items, const ItemLines& lines) {
   const auto styles = FindNode(items, "Root.Styles.Sheet");
   if (!styles) {
-    return {{0, "there is no node Sheet in Styles; it would hold the sheet styles"}};
+    return OneProblem(0, "there is no node Sheet in Styles; it would hold the sheet styles");
   }
   const int line = lines.LineOf(*styles);
   if (items.ChildCount(styles->item) == 0) {
-    return {{line, "Styles.Sheet holds no sheet style; it would hold at least one"}};
+    return OneProblem(line, "Styles.Sheet holds no sheet style; it would hold at least one");
   }
   const auto formats = FindNode(items, "Root.SheetFormat");
-  const Node* const known = formats ? items[formats->item].node : nullptr;
+  const KnownFormats known(formats ? items[formats->item].node : nullptr);
   auto problems =
       ProblemsOfChildren(items, lines, styles->item, StyleTitle,
                          [&](const Node& style) { return StyleCheck(style, known).Run(); });
-  if (problems.empty()) {
-    problems.push_back({line, "the sheet styles cannot be read by the application"});
+  if (problems.AreNone()) {
+    problems.Add({line, "the sheet styles cannot be read by the application"});
   }
   return problems;
 }

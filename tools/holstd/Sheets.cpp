@@ -28,7 +28,7 @@ template <class Record>
 struct Records {
   std::unique_ptr<Record[]> array;
   int count = 0;
-  std::vector<FileProblem> problems;  ///< why there are none
+  FileProblems problems;  ///< why there are none
 
   std::span<const Record> All() const { return {array.get(), static_cast<std::size_t>(count)}; }
 };
@@ -63,20 +63,23 @@ Records<Format> ReadFormats(OpenStandard& standard) {
       });
 }
 
-std::vector<FileProblem> ExplainStyles(OpenStandard& standard, const ReportRecorder& reports) {
+FileProblems ExplainStyles(OpenStandard& standard, const ReportRecorder& reports) {
   const int version = standard.Read().version;
-  if (version < 0) return {{0, VersionProblem(standard.Read().document)}};
-  if (version < VyrDftStdPersistence::GetVersionFromRelease(11)) {
-    return {{0, "the application reads no sheet styles of version " + std::to_string(version) +
-                    "; 'holstd upgrade' gives the standard a current one"}};
+  const StandardItems items(standard.Read().document);
+  FileProblems problems;
+  if (version < 0) {
+    problems.Add({0, VersionProblem(standard.Read().document)});
+  } else if (version < VyrDftStdPersistence::GetVersionFromRelease(11)) {
+    problems.Add({0, "the application reads no sheet styles of version " + std::to_string(version) +
+                         "; 'holstd upgrade' gives the standard a current one"});
+  } else if (reports.undefinedEnums.empty()) {
+    problems = StyleProblems(items, ItemLines(standard.Input(), items));
+  } else {
+    problems.Add({0,
+                  "the sheet styles cannot be read, since the standard has undefined enumeration "
+                  "values; see 'holstd check'"});
   }
-  if (reports.undefinedEnums.empty()) {
-    const StandardItems items(standard.Read().document);
-    return StyleProblems(items, ItemLines(standard.Input(), items));
-  }
-  return {{0,
-           "the sheet styles cannot be read, since the standard has undefined enumeration "
-           "values; see 'holstd check'"}};
+  return problems;
 }
 
 Records<Style> ReadStyles(OpenStandard& standard) {
@@ -164,10 +167,8 @@ ExitStatus PrintSheets(const Options& options, Session& session) {
   const Records<Style> styles = ReadStyles(standard);
   bool isWhole = true;
   for (const auto* problems : {&formats.problems, &styles.problems}) {
-    for (const FileProblem& problem : *problems) {
-      session.Complain({kNegativeAnswer, options.file, problem.line, problem.text});
-      isWhole = false;
-    }
+    problems->ComplainOf(options.file, session);
+    isWhole = isWhole && problems->AreNone();
   }
   if (isWhole && formats.count == 0 && styles.count == 0) {
     throw Failure{kNegativeAnswer, options.file, 0,

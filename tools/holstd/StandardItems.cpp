@@ -80,10 +80,14 @@ std::vector<VyrAnnStandardXMLNode_var> StandardItems::TopsOf(VyrAnnStandardXMLPa
 
 StandardItems::StandardItems(std::vector<VyrAnnStandardXMLNode_var> tops) : tops_(std::move(tops)) {
   for (const VyrAnnStandardXMLNode_var& top : tops_) {
-    items_.push_back({top.Get(), kNone, 0, 1, false, nullptr, 0, 0, 0});
+    items_.push_back({top.Get(), kNone, 0, 1, false, nullptr, kNone, 0, 0, 0});
   }
   for (Index item = 0; item < Count(); ++item) AddChildren(item);
   for (Index item = Count(); item-- > 0;) Summarize(item);
+  for (Index item = kTops; item < Count(); ++item) {
+    const bool isNamed = IsEntry(item) && items_[item].entryName != nullptr;
+    items_[item].entry = isNamed ? item : items_[items_[item].parent].entry;
+  }
 }
 
 void StandardItems::AddChildren(Index parent) {
@@ -91,7 +95,7 @@ void StandardItems::AddChildren(Index parent) {
   items_[parent].firstChild = begin;
   const Node::Nodes& children = items_[parent].node->GetNodes();
   for (const VyrAnnStandardXMLNode_var& child : children) {
-    items_.push_back({child.Get(), parent, 0, 1, false, nullptr, 0, 0, 0});
+    items_.push_back({child.Get(), parent, 0, 1, false, nullptr, kNone, 0, 0, 0});
   }
   if (children.size() <= kFewChildren) {
     Number(begin, Count());
@@ -162,21 +166,31 @@ std::string StandardItems::PathOf(const StandardPlace& place) const {
 }
 
 std::string StandardItems::PathOf(Index item) const {
-  std::vector<Index> chain;
-  for (; item != kNone; item = items_[item].parent) chain.push_back(item);
-  std::string path;
-  for (auto at = chain.rbegin(); at != chain.rend(); ++at) {
-    if (!path.empty()) path += '.';
-    path += Numbered(items_[*at].node->GetNodeName().View(), items_[*at].ordinal);
-  }
-  return path;
+  return PathTo(items_[item].parent,
+                Numbered(items_[item].node->GetNodeName().View(), items_[item].ordinal));
 }
 
 std::string StandardItems::PathOfValue(Index item, std::size_t value) const {
   const Node& node = *items_[item].node;
   if (IsParameter(node)) return PathOf(item);
-  return PathOf(item) + "." +
-         Numbered(KeyOfValue(node, *node.GetValues()[value]), OrdinalOfValue(item, value));
+  return PathTo(item,
+                Numbered(KeyOfValue(node, *node.GetValues()[value]), OrdinalOfValue(item, value)));
+}
+
+/// Looks no further out than what is shown.
+std::string StandardItems::PathTo(Index item, const std::string& last) const {
+  std::vector<std::string> names = {last};
+  std::size_t size = last.size();
+  for (; item != kNone && size <= kMostOfPath; item = items_[item].parent) {
+    names.push_back(Numbered(items_[item].node->GetNodeName().View(), items_[item].ordinal));
+    size += 1 + names.back().size();
+  }
+  std::string path;
+  for (auto name = names.rbegin(); name != names.rend(); ++name) {
+    if (name != names.rbegin()) path += '.';
+    path += *name;
+  }
+  return ShownPath(std::move(path), item == kNone);
 }
 
 std::uint32_t StandardItems::OrdinalOfValue(Index item, std::size_t value) const {
@@ -192,9 +206,7 @@ std::uint32_t StandardItems::OrdinalOfValue(Index item, std::size_t value) const
   return valueOrdinals_[value];
 }
 
-std::string_view StandardItems::EntryOf(Index item) const {
-  while (item != kNone && !(IsEntry(item) && items_[item].entryName != nullptr)) {
-    item = items_[item].parent;
-  }
-  return item == kNone ? std::string_view() : items_[item].entryName->GetValue().View();
+std::string StandardItems::EntryOf(Index item) const {
+  const Index entry = items_[item].entry;
+  return entry == kNone ? std::string() : ShownName(items_[entry].entryName->GetValue().View());
 }

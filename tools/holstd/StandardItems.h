@@ -32,6 +32,7 @@ class StandardItems {
     std::uint32_t ordinal;   ///< from 1 among the children of that name before it
     bool isRepeated;         ///< another child of the same parent has the name
     const Value* entryName;  ///< its parameter "Name", which tells entries of a list apart; or null
+    Index entry;             ///< the innermost entry of a list with a "Name" that holds it or is it
     std::uint64_t content;   ///< differs where name, kind or content do, but for rare accidents
     std::uint64_t unnamed;   ///< the same without the parameter "Name"
     std::uint32_t values;    ///< number of all values of the subtree
@@ -57,7 +58,7 @@ class StandardItems {
 
   /// The value of a place, or the only one of a parameter's node; null for other nodes.
   const Value* ValueAt(const StandardPlace& place) const;
-  /// The path of a node or of a value.
+  /// The path of a node or of a value, as `ShownPath` has it.
   std::string PathOf(const StandardPlace& place) const;
   /// The path of a node as the commands have it, from the name of a tree on. A name that is not
   /// the first of its kind below its parent has its place in brackets after it, from 2 on.
@@ -67,14 +68,16 @@ class StandardItems {
   std::string PathOfValue(Index item, std::size_t value) const;
   /// From 1, among the values of the node that are called the same.
   std::uint32_t OrdinalOfValue(Index item, std::size_t value) const;
-  /// "Name" of the innermost entry of a list that holds the item or is it; empty without.
-  std::string_view EntryOf(Index item) const;
+  /// "Name" of the innermost entry of a list that holds the item or is it, as `ShownName` has it;
+  /// empty without.
+  std::string EntryOf(Index item) const;
 
  private:
   void AddChildren(Index parent);
   void Number(Index begin, Index end);
   void NumberMany(Index begin, Index end);
   void Summarize(Index item);
+  std::string PathTo(Index item, const std::string& last) const;
 
   std::vector<VyrAnnStandardXMLNode_var> tops_;
   std::vector<Item> items_;

@@ -30,7 +30,7 @@ std::string PositionOf(const Items& items, const StandardPlace& place) {
 }
 
 SnapshotChange ChangeOf(Kind kind, const Items& items, const StandardPlace& place) {
-  return {kind, items.PathOf(place), std::string(items.EntryOf(place.item)), {}, {}};
+  return {kind, items.PathOf(place), items.EntryOf(place.item), {}, {}};
 }
 
 /// What was added or removed, with all that it holds, in the order of the standard.
