@@ -87,6 +87,20 @@ constexpr BadCommand kBadCommands[] = {
     {"change Root.Sizes:1", "2 values"},
     {"change Root.Frames.FrameDef:Width:1", "none of them called 'Width'"},
     {"value Enum:A:string:B", "holds nodes only"},
+    // What is there already.
+    {"value Root.Dimension:DIMLTail:float:1", "'change Root.Dimension.DIMLTail:TEXT'"},
+    {"value Root.Dimension:DIMLTail:float:1:1", "'DIMLTail' in 'Root.Dimension' already"},
+    {"node Root:Dimension", "put 'delete Root.Dimension' before it"},
+    {"node Root:Dimension:1", "'Dimension' in 'Root' already"},
+    {"node Root.Frames:FrameDef", "put 'delete Root.Frames.FrameDef' before it"},
+    {"instance Root.Dimension:Blanking", "'Blanking' in 'Root.Dimension' already"},
+    {"node Enum:YesNo", "'YesNo' in 'Enum' already"},
+    {"node TypeDef:FrameDef", "'FrameDef' in 'TypeDef' already"},
+    {"value TypeDef.FrameDef:Name:string:A", "'change TypeDef.FrameDef.Name:TEXT'"},
+    {"value Root.Frames.FrameDef:Name:string:A", "'change Root.Frames.FrameDef.Name:TEXT'"},
+    {"field Root.Frames.FrameDef:Type:int:1", "'Type' in 'Root.Frames.FrameDef' already"},
+    {"each Root.Frames :Type:int:1", "'Type' in 'Root.Frames.FrameDef' already"},
+    {"each-node Root .ParentStandard:A", "'ParentStandard'"},
     // The literal, of the whole result: a later command may define it.
     {"change Root.Dimension.Blanking:yes", "near is 'Yes'; it has 'Yes', 'No'"},
     {"change Root.Dimension.Blanking:Perhaps", "no literal of the enumeration 'YesNo'; it has"},
@@ -165,6 +179,20 @@ TEST_F(Edit, ACommandThatCannotBeDoneSaysWhyAndNothingIsWritten) {
     ExpectFailure(inPlace, 3, {part});
     EXPECT_EQ(ReadWholeFile(file), SampleStandard());
   }
+}
+
+TEST_F(Edit, EntriesOfListsMayHaveOneName) {
+  EXPECT_EQ(Run({"instance Root.Frames:FrameDef", "instance Root.Frames:FrameDef:1",
+                 "value Enum.YesNo::string:Yes", "value Root.Frames.FrameDef::int:1",
+                 "value Root.Frames.FrameDef::int:2"})
+                .status,
+            0);
+  EXPECT_EQ(ParsedJson(RunTool({"explain", output, "Root.Frames.FrameDef", "--json"})).size(), 4u);
+  // Nodes of which there are several already are a list, too.
+  const std::string row = "<std:node name=\"Row\"></std:node>";
+  folder.Write("in.xml", Document("<std:node name=\"Rows\">" + row + row + "</std:node>"));
+  EXPECT_EQ(Run({"node Root.Rows:Row", "value Root.Rows.Row[3]:Height:int:1"}).status, 0);
+  EXPECT_EQ(RunTool({"tree", output, "Rows.Row[3].Height"}).out, "node Height: int 1\n");
 }
 
 TEST_F(Edit, ALiteralMayBeDefinedByALaterCommand) {

@@ -209,7 +209,7 @@ TEST_F(UpgradeBatch, TheTableTellsWhatBecameOfEachAndTheStatusIsTheGravest) {
     EXPECT_THAT(run.out, HasSubstr(file + std::string(width - file.size(), ' ') + rest + "\n"));
   };
   row("FILE", "  FROM  TO   RESULT");
-  row(old, "  200   220  written");
+  row(old, "  200   220  written; what it held is in " + old + ".bak");
   row(current, "  220   220  unchanged");
   row(bad, "  -     -    failed");
   row(newer, "  -     -    failed");

@@ -41,10 +41,11 @@ TEST(Upgrade, StopsAtTheVersionThatIsAskedFor) {
   const std::vector<std::pair<std::string, int>> cases = {{"60", 60},   {"70", 70},   {"79", 70},
                                                           {"110", 110}, {"215", 210}, {"220", 220}};
   for (const auto& [target, version] : cases) {
-    const ToolRun run = RunTool({"upgrade", file, "-o", folder / "new.xml", "--to", target});
+    const std::string output = folder / ("to-" + target + ".xml");
+    const ToolRun run = RunTool({"upgrade", file, "-o", output, "--to", target});
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_THAT(run.err, HasSubstr("from version 60 to " + std::to_string(version) + "\n"));
-    EXPECT_EQ(ParsedJson(RunTool({"info", folder / "new.xml", "--json"}))[0]["version"], version);
+    EXPECT_EQ(ParsedJson(RunTool({"info", output, "--json"}))[0]["version"], version);
   }
 }
 

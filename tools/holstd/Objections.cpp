@@ -56,7 +56,43 @@ std::string ObjectionToPosition(std::string_view position, long count) {
          Counted(count, "element") + "; 0 adds at the end";
 }
 
-std::string ObjectionToNode(CommandPaths& paths, std::string_view text) {
+std::string AlreadyThere(std::string_view path, std::string_view name, const std::string& advice) {
+  return "there is a " + Quoted(name) + " in " + Quoted(path) +
+         " already, and of equal names the first alone counts; " + advice;
+}
+
+/// Entries of a list may have one name: instances, and nodes of which there are several already.
+bool IsEntryOfList(const Node& holder, const Node& first, Verb verb) {
+  if (verb == Verb::Instance) return first.GetNodeType() == Node::NodeInstance;
+  if (first.GetNodeType() == Node::NodeInstance) return false;
+  const auto isAnother = [&](const auto& child) {
+    return child.Get() != &first && child->GetNodeName() == first.GetNodeName();
+  };
+  return holder.GetNodeType() != Node::NodeTop &&
+         std::any_of(holder.GetNodes().begin(), holder.GetNodes().end(), isAnother);
+}
+
+std::string ObjectionToSecondNode(const Node& holder, std::string_view path, std::string_view name,
+                                  Verb verb) {
+  const VyrAnnStandardXMLNode_var first(holder.GetNodeByName(name));
+  if (!first || IsEntryOfList(holder, *first, verb)) return {};
+  const std::string there = std::string(path) + "." + std::string(name);
+  return AlreadyThere(path, name,
+                      "leave the command out, or put " + Quoted("delete " + there) + " before it");
+}
+
+/// `isWrapped` tells whether the value is to have a node of its name.
+std::string ObjectionToSecondValue(const Node& holder, std::string_view path, std::string_view name,
+                                   bool isWrapped) {
+  const bool isThere = isWrapped ? bool(VyrAnnStandardXMLNode_var(holder.GetNodeByName(name)))
+                                 : bool(VyrAnnStandardXMLValue_var(holder.GetValueByName(name)));
+  // Literals are told by their text, and values without a name by their place.
+  if (!isThere || name.empty() || holder.GetNodeType() == Node::NodeEnum) return {};
+  const std::string there = std::string(path) + "." + std::string(name);
+  return AlreadyThere(path, name, Quoted("change " + there + ":TEXT") + " gives it another value");
+}
+
+std::string ObjectionToNode(CommandPaths& paths, Verb verb, std::string_view text) {
   std::string_view path;
   std::string_view name;
   paths.CutPath(text, path);
@@ -67,7 +103,11 @@ std::string ObjectionToNode(CommandPaths& paths, std::string_view text) {
       !objection.empty()) {
     return objection;
   }
-  return ObjectionToPosition(text, target->GetNumOfNode());
+  if (std::string objection = ObjectionToPosition(text, target->GetNumOfNode());
+      !objection.empty()) {
+    return objection;
+  }
+  return ObjectionToSecondNode(*target, path, name, verb);
 }
 
 std::string ObjectionToEntry(CommandPaths& paths, std::string_view path) {
@@ -107,7 +147,9 @@ std::string ObjectionToValue(CommandPaths& paths, Verb verb, std::string_view te
   if (isWrapped) objection = ObjectionToName(name, form);
   if (objection.empty()) objection = ObjectionToType(type);
   if (!objection.empty()) return objection;
-  return ObjectionToPosition(text, isWrapped ? target->GetNumOfNode() : target->GetNumOfValue());
+  objection =
+      ObjectionToPosition(text, isWrapped ? target->GetNumOfNode() : target->GetNumOfValue());
+  return objection.empty() ? ObjectionToSecondValue(*target, path, name, isWrapped) : objection;
 }
 
 std::string ObjectionToFieldName(const Node& node, std::string_view path, std::string_view text) {
@@ -215,7 +257,7 @@ std::string ObjectionTo(CommandPaths& paths, Verb verb, std::string_view text) {
   switch (verb) {
     case Verb::Node:
     case Verb::Instance:
-      return ObjectionToNode(paths, text);
+      return ObjectionToNode(paths, verb, text);
     case Verb::Value:
     case Verb::Field:
       return ObjectionToValue(paths, verb, text);

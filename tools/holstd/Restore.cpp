@@ -72,9 +72,7 @@ ExitStatus RestoreFiles(const Options& options, Session& session) {
 
 Action Restore::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  command.AddWords("FILE", options->files, "Standards that were replaced")
-      .Required()
-      .TakesPath();
+  command.AddWords("FILE", options->files, "Standards that were replaced").Required().TakesPath();
   command.AddFlag("--no-backup", options->hasNoBackup, "Do not keep what FILE holds now");
   command.AddExamples(
       {"holstd restore site.xml", "holstd restore sites/*.xml"},
