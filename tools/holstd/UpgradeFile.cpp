@@ -10,6 +10,7 @@
 #include "Reports.h"
 #include "Standard.h"
 #include "StandardSnapshot.h"
+#include "UpgradeResult.h"
 #include "UpgradeSteps.h"
 
 namespace {
@@ -139,8 +140,19 @@ void Upgrade(const UpgradeInput& input, const UpgradeManner& manner, Session& se
   const int version = converter.GetVersion();
   report["from"] = version;
   CheckVersion(input.file, version, manner.chain.target);
+  if (version < VyrDrwParseStandard::GetCurrentVersion()) {
+    CheckStatedOnce(input.file, converter.GetDocument());
+  }
+  const bool wasDefined = HasDefinedLiterals(converter.GetDocument());
   const std::vector<UpgradeStep> steps = RunChain(converter, manner, input.file, session);
-  report["to"] = steps.empty() ? version : steps.back().version;
+  const int reached = steps.empty() ? version : steps.back().version;
+  if (!steps.empty()) CheckResult(input.file, converter.GetDocument(), reached, wasDefined);
+  if (!wasDefined) {
+    session.Warn(input.file,
+                 "holds values that no enumeration has, so that no application opens it, now or "
+                 "after the upgrade; 'holstd check' names them");
+  }
+  report["to"] = reached;
   const bool wantsChanges = WantsChanges(manner, session);
   if (manner.json) {
     report["steps"] = Json::array();
