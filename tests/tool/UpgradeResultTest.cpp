@@ -25,7 +25,6 @@ std::vector<Hindrance> Hindrances() {
       {"80",
        {"node TypeDef:EngineeringSymbol", "value TypeDef.EngineeringSymbol:Name:string:X"},
        "has 'TypeDef.EngineeringSymbol' already"},
-      {"110", {"value Root:Version:int:110"}, "has 'Root.Version' 2 times"},
       {"30",
        {"value Root.General:Contact:enum.RoughnessContact:With specifications"},
        "after the upgrade, of Root.General.Contact there is no enumeration 'RoughnessContact'"},
@@ -61,6 +60,21 @@ TEST(UpgradeResult, WhatTheStepsCannotFinishIsAskedAndNothingIsWritten) {
     EXPECT_FALSE(std::filesystem::exists(folder / "out.xml"));
     EXPECT_EQ(ReadWholeFile(file), before);
   }
+}
+
+TEST(UpgradeResult, AVersionThatIsStatedTwiceIsAsked) {
+  const TemporaryFolder folder;
+  const std::string good = folder / "good.xml";
+  ASSERT_EQ(RunTool({"convert", "-q", LegacyText("ISO"), "-o", good, "--to", "110"}).status, 0);
+  const std::string text = ReadWholeFile(good);
+  const std::string end = "</std:node>";
+  const std::size_t begin = text.find("<std:node name=\"Version\">");
+  const std::string node = text.substr(begin, text.find(end, begin) + end.size() - begin);
+  const std::string file = folder.Write("in.xml", Replaced(text, node, node + node));
+  const std::string said = file + ": has 'Root.Version' 2 times";
+  ExpectFailure(RunTool({"upgrade", file, "--dry-run"}), 5, {said});
+  ExpectFailure(RunTool({"upgrade", file, "-o", folder / "out.xml"}), 5, {said});
+  EXPECT_FALSE(std::filesystem::exists(folder / "out.xml"));
 }
 
 TEST(UpgradeResult, AStandardWithValuesOfNoEnumerationIsWarnedOf) {
