@@ -12,6 +12,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   VyrDrwParseStandard standard(file.Path());
   if (standard.DecodeText() < 0) {
     Require(!standard.GetProblem().IsEmpty(), "a refusal says why");
+    const auto& faults = standard.GetTextFaults();
+    Require(
+        !faults.empty() && faults.size() <= 20 && standard.GetNumOfTextFaults() >= faults.size(),
+        "the first faults are told, and how many there are");
+    Require(faults.front().text == standard.GetProblem().text, "the first one is the problem");
     return 0;
   }
   VyrDrwParseStandardUpgradeOptions options;

@@ -9,6 +9,7 @@
 
 #include "HolStandardInfraExport.h"
 #include "VyrAnnStandardXMLNode.h"
+#include "VyrDrwConversionNote.h"
 #include "VyrDrwParseStandardUpgradeOptions.h"
 #include "VyrProblem.h"
 #include "VyrResult.h"
@@ -48,11 +49,23 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   void Decode();
   /// Reads the file as a text standard of the old generation, once: then decoded, of version 0 and
   /// without a document. `E_FAIL`, and nothing is kept, when the text is not valid; `GetProblem`
-  /// says why. `E_UNEXPECTED`, reported, once the object has decoded a file or tried to by
-  /// `Decode`.
+  /// says why, and `GetTextFaults` what else is. `E_UNEXPECTED`, reported, once the object has
+  /// decoded a file or tried to by `Decode`.
   HRESULT DecodeText();
   /// Why the last read or write failed; empty when it did not.
   const VyrProblem& GetProblem() const { return problem_; }
+
+  /// The faults of the text that `DecodeText` has refused, the first 20 of them in the order of the
+  /// text, of which the first is the problem; empty when it was not refused for what it says.
+  /// Borrowed until the next read.
+  const std::vector<VyrProblem>& GetTextFaults() const { return textFaults_; }
+  /// How many faults the text has, those past the first 20 included.
+  std::size_t GetNumOfTextFaults() const { return numOfTextFaults_; }
+  /// What a text standard says and the standard made of it does not, or not where it is looked for:
+  /// of the names of its groups and its datum mode after `DecodeText`, of its parameters, too,
+  /// after an upgrade, of which they depend on the target. A number that is written otherwise but
+  /// equal is told as little as one that is kept. Borrowed until the next read or upgrade.
+  const std::vector<VyrDrwConversionNote>& GetConversionNotes() const { return notes_; }
 
   /// "ISO", "JIS", "ANSI", "ASME", or whatever the standard says; empty before it is read. An ASME
   /// standard calls itself "ANSI" and is told by its datum mode ("TXTDatumMode" 1, where ANSI has
@@ -229,4 +242,7 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   int version_ = 0;
   std::unique_ptr<VyrAnnStandardXMLParser> document_;
   VyrProblem problem_;
+  std::vector<VyrProblem> textFaults_;
+  std::size_t numOfTextFaults_ = 0;
+  std::vector<VyrDrwConversionNote> notes_;
 };

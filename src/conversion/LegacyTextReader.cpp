@@ -1,23 +1,26 @@
 #include "LegacyTextReader.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 
-#include "DecimalInteger.h"
+#include "InvisibleCharacters.h"
+#include "LegacyValues.h"
+#include "Version0Tables.h"
 #include "VyrShownText.h"
 #include "VyrUtf8.h"
 #include "VyrXMLWriter.h"
 
 namespace {
 
-using Type = VyrDrwParseKeyword::Type;
-
 constexpr std::string_view kBlanks = " \t";
-constexpr std::array<std::string_view, 4> kParentStandards = {"ISO", "JIS", "ANSI", "ASME"};
 
 const VyrDrwParseKeyword& Keyword(int row) {
   return VyrDrwParseKeywordTable()[static_cast<std::size_t>(row)];
+}
+
+/// Row of a keyword or of a legacy name; -1 for what is neither.
+int FindRow(std::string_view name) {
+  const int row = FindKeywordRow(name);
+  return row < 0 ? FindLegacyNameRow(name) : row;
 }
 
 std::string_view Trimmed(std::string_view text) {
@@ -26,37 +29,9 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-bool IsInteger(std::string_view text) {
-  const std::size_t digits = text.find_first_of("0123456789");
-  const bool isSigned = digits == 1 && (text[0] == '+' || text[0] == '-');
-  if (digits != 0 && !isSigned) return false;
-  return text.find_first_not_of("0123456789", digits) == std::string_view::npos &&
-         ReadDecimalInteger(text).has_value();
-}
-
-bool IsDecimalNumber(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  if (text.find_first_not_of("0123456789.eE+-") != std::string_view::npos) return false;
-  double number = 0.0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size() && std::isfinite(number);
-}
-
-/// What a value of the type would be; empty when `text` is one.
-std::string Expected(Type type, std::string_view text) {
-  switch (type) {
-    case Type::Int:
-      return IsInteger(text) ? "" : "a whole number, such as 1";
-    case Type::Float:
-      return IsDecimalNumber(text) ? "" : "a decimal number, such as 2.0";
-    case Type::Word: {
-      const bool isKnown = std::find(kParentStandards.begin(), kParentStandards.end(), text) !=
-                           kParentStandards.end();
-      return isKnown ? "" : "one of ISO, JIS, ANSI, ASME";
-    }
-    default:
-      return "";
-  }
+/// The beginning of a line up to the first blank.
+std::string_view NameOf(std::string_view line) {
+  return line.substr(0, line.find_first_of(kBlanks));
 }
 
 /// The text between double quotes, a doubled quote read as one; nothing when the quotes do not
@@ -75,10 +50,6 @@ std::optional<std::string> Unquoted(std::string_view text) {
   return std::nullopt;
 }
 
-int CountLines(std::string_view text) {
-  return static_cast<int>(std::count(text.begin(), text.end(), '\n')) + 1;
-}
-
 }  // namespace
 
 const std::array<LegacyTextReader::Section, 4> LegacyTextReader::kSections = {{
@@ -88,188 +59,288 @@ const std::array<LegacyTextReader::Section, 4> LegacyTextReader::kSections = {{
     {kFirstDisplayRow, kKeywordCount - 1, "NUMERICAL_DISPLAY", kDisplayNameRow},
 }};
 
-bool LegacyTextReader::Fail(int line, std::string text) {
-  problem_ = {line, std::move(text)};
+void LegacyTextReader::TellFault(int line, std::string text) {
+  // Nothing will be made of them.
   parameters_.clear();
-  return false;
+  ++faultCount_;
+  if (faults_.size() < kMostFaults) faults_.push_back({line, std::move(text)});
+}
+
+std::array<int, kKeywordCount>& LegacyTextReader::Given() {
+  return IsOutside() ? givenInGeneral_ : givenInGroup_;
 }
 
 bool LegacyTextReader::Read(std::string_view text) {
   constexpr std::string_view mark = "\xEF\xBB\xBF";
-  const std::size_t markSize = text.starts_with(mark) ? mark.size() : 0;
-  text.remove_prefix(markSize);
-  if (const std::size_t invalid = VyrFindInvalidUtf8(text); invalid != std::string_view::npos) {
-    return Fail(CountLines(text.substr(0, invalid)), "is not valid UTF-8 at byte " +
-                                                         std::to_string(markSize + invalid + 1) +
-                                                         "; save it as UTF-8");
-  }
-  while (!text.empty()) {
+  const char* const begin = text.data();
+  if (text.starts_with(mark)) text.remove_prefix(mark.size());
+  while (!text.empty() && !isNoText_) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, end);
     text.remove_prefix(std::min(end + 1, text.size()));
     if (line.ends_with('\r')) line.remove_suffix(1);
     ++line_;
-    if (!ReadLine(line)) return false;
+    if (const std::size_t bad = VyrFindInvalidUtf8(line); bad != std::string_view::npos) {
+      const std::size_t offset = static_cast<std::size_t>(line.data() - begin) + bad;
+      TellFault(line_,
+                "is not valid UTF-8 at byte " + std::to_string(offset + 1) + "; save it as UTF-8");
+      PassOver(line);
+    } else {
+      ReadLine(Trimmed(line));
+    }
   }
-  return Finish();
+  if (!isNoText_) Finish();
+  return faultCount_ == 0;
 }
 
-bool LegacyTextReader::ReadLine(std::string_view line) {
-  line = Trimmed(line);
-  if (line.empty()) return true;
-  const std::size_t nameEnd = std::min(line.find_first_of(kBlanks), line.size());
-  const std::string_view name = line.substr(0, nameEnd);
-  const std::string_view value = Trimmed(line.substr(nameEnd));
+/// A line that cannot be read may still show which parameter it gives: that is not missing, too.
+void LegacyTextReader::PassOver(std::string_view line) {
+  // The rest of a text in another encoding, or of what is none, would be nothing but faults.
+  isNoText_ = line.find('\0') != std::string_view::npos || line.starts_with("\xFF\xFE") ||
+              line.starts_with("\xFE\xFF");
+  const int row = FindRow(NameOf(Trimmed(line)));
+  if (row < section_->firstRow || row > section_->lastRow || IsComment()) return;
+  int& given = Given()[static_cast<std::size_t>(row)];
+  if (given == 0) given = line_;
+}
+
+void LegacyTextReader::ReadLine(std::string_view line) {
+  if (line.empty()) return;
+  std::string meant;
+  if (FindInvisible(NameOf(line)) != nullptr) {
+    meant = ReplaceInvisible(line);
+    line = Trimmed(meant);
+    if (line.empty()) return;
+  }
+  const std::string_view name = NameOf(line);
+  const std::string_view value = Trimmed(line.substr(name.size()));
+  if (ReadMarker(name, value) || IsComment()) return;
+  if (!hasContent_ && line.starts_with('<')) {
+    isNoText_ = true;
+    return TellFault(line_, "is XML, and no text standard of the old generation");
+  }
+  hasContent_ = true;
+  if (VyrXMLWriter::FindUnwritable(line) != std::string_view::npos) {
+    TellFault(line_, "holds a control character; a standard is plain text");
+    return PassOver(line);
+  }
+  ReadParameter(name, value);
+}
+
+/// The line as it was meant, where its name holds what does not show. Of a comment only the end
+/// counts.
+std::string LegacyTextReader::ReplaceInvisible(std::string_view line) {
+  const std::string_view name = NameOf(line);
+  std::string meant = WithoutInvisible(name);
+  if (IsComment() && Trimmed(meant) != Keyword(section_->firstRow + 1).keyword) return {};
+  const InvisibleCharacter& found = *FindInvisible(name);
+  TellFault(line_, (Trimmed(meant).empty() ? "has " : VyrQuoted(Trimmed(meant)) + " has ") +
+                       found.name +
+                       (found.isLikeABlank ? " in it, which is no blank; write a blank"
+                                           : " in it, which does not show; take that out"));
+  return meant.append(line.substr(name.size()));
+}
+
+/// True when the line was a marker that counts here.
+bool LegacyTextReader::ReadMarker(std::string_view name, std::string_view value) {
   for (const Section& section : kSections) {
     if (&section == &GeneralSection()) continue;
     const bool begins = name == Keyword(section.firstRow).keyword;
     const bool ends = name == Keyword(section.firstRow + 1).keyword;
     if (!begins && !ends) continue;
     // Inside a comment only its own end counts.
-    if (section_->name == nullptr && !(ends && &section == section_)) return true;
-    if (!value.empty()) return Fail(line_, std::string(name) + " stands alone on its line");
-    return begins ? BeginSection(section) : EndSection(section);
+    if (IsComment() && !(ends && &section == section_)) return true;
+    hasContent_ = true;
+    misplaced_ = nullptr;
+    if (VyrXMLWriter::FindUnwritable(value) != std::string_view::npos) {
+      TellFault(line_, "holds a control character; a standard is plain text");
+    } else if (!value.empty()) {
+      TellFault(line_, std::string(name) + " stands alone on its line");
+    }
+    begins ? BeginSection(section) : EndSection(section);
+    return true;
   }
-  if (section_->name == nullptr) return true;
-  if (VyrXMLWriter::FindUnwritable(line) != std::string_view::npos) {
-    return Fail(line_, "holds a control character; a standard is plain text");
-  }
-  return ReadParameter(name, value);
+  return false;
 }
 
-bool LegacyTextReader::BeginSection(const Section& section) {
-  if (section_ != &GeneralSection()) {
-    return Fail(line_, std::string(Keyword(section.firstRow).keyword) +
-                           " inside the section of line " + std::to_string(sectionLine_) + "; " +
-                           Keyword(section_->firstRow + 1).keyword + " was expected first");
+void LegacyTextReader::BeginSection(const Section& section) {
+  if (!IsOutside()) {
+    TellFault(line_, std::string(Keyword(section.firstRow).keyword) +
+                         " inside the section of line " + std::to_string(sectionLine_) + "; " +
+                         Keyword(section_->firstRow + 1).keyword + " was expected first");
+    if (section.name == nullptr) {
+      aroundComment_ = section_;
+      lineAroundComment_ = sectionLine_;
+    } else {
+      LeaveGroup();
+    }
   }
   section_ = &section;
   sectionLine_ = line_;
-  return true;
 }
 
-bool LegacyTextReader::EndSection(const Section& section) {
+void LegacyTextReader::EndSection(const Section& section) {
   if (section_ != &section) {
-    const bool isOutside = section_ == &GeneralSection();
-    return Fail(
+    TellFault(
         line_,
         std::string(Keyword(section.firstRow + 1).keyword) +
-            (isOutside ? std::string(" without ") + Keyword(section.firstRow).keyword +
-                             "; put that before what the section holds, or take the line out"
-                       : " inside the section of line " + std::to_string(sectionLine_) + "; " +
-                             Keyword(section_->firstRow + 1).keyword + " was expected"));
+            (IsOutside() ? std::string(" without ") + Keyword(section.firstRow).keyword +
+                               "; put that before what the section holds, or take the line out"
+                         : " inside the section of line " + std::to_string(sectionLine_) + "; " +
+                               Keyword(section_->firstRow + 1).keyword + " was expected"));
+    if (section.name != nullptr && !IsOutside()) LeaveGroup();
+    return;
   }
-  if (section.name != nullptr && !CheckGroup()) return false;
-  section_ = &GeneralSection();
-  return true;
+  if (section.name != nullptr) {
+    CheckGroup();
+    section_ = &GeneralSection();
+  } else {
+    section_ = aroundComment_;
+    sectionLine_ = lineAroundComment_;
+    aroundComment_ = &GeneralSection();
+  }
 }
 
-bool LegacyTextReader::ReadParameter(std::string_view name, std::string_view valueText) {
-  int row = FindKeywordRow(name);
-  if (row < 0) row = FindLegacyNameRow(name);
-  if (row < 0)
-    return Fail(
+/// Ends a group that has no end of its own, which was told. One that holds nothing is no group.
+void LegacyTextReader::LeaveGroup() {
+  const auto isGiven = [](int line) { return line != 0; };
+  if (std::any_of(givenInGroup_.begin(), givenInGroup_.end(), isGiven)) CheckGroup();
+  section_ = &GeneralSection();
+}
+
+void LegacyTextReader::ReadParameter(std::string_view name, std::string_view valueText) {
+  const int row = FindRow(name);
+  if (row < 0) {
+    misplaced_ = nullptr;
+    return TellFault(
         line_,
         VyrQuoted(name) +
             " is no parameter of a drafting standard; correct the name, or take the line out");
-  if (row < section_->firstRow || row > section_->lastRow) {
-    const auto owner = std::find_if(
-        kSections.begin(), kSections.end(),
-        [=](const Section& section) { return section.firstRow <= row && row <= section.lastRow; });
-    const std::string place = owner == kSections.begin()
-                                  ? std::string("outside the sections")
-                                  : std::string("after ") + Keyword(owner->firstRow).keyword;
-    return Fail(line_, std::string(name) + " cannot stand here; it belongs " + place);
   }
-  const bool isGeneral = section_ == &GeneralSection();
-  int& given = (isGeneral ? givenInGeneral_ : givenInGroup_)[static_cast<std::size_t>(row)];
-  if (given != 0) {
-    return Fail(line_, std::string(name) + " is given twice; keep this one or that of line " +
-                           std::to_string(given));
-  }
-  given = line_;
+  if (!BelongsHere(row, name) || !IsGivenOnce(row, name)) return;
   std::optional<std::string> value = ReadValue(Keyword(row), valueText);
-  if (!value) return false;
-  entries_.push_back({row, std::move(*value)});
-  if (isGeneral) StoreEntries({});
-  return true;
+  if (!value) return;
+  entries_.push_back({row, line_, std::move(*value)});
+  if (IsOutside()) StoreEntries(nullptr);
+}
+
+/// Of lines in a row that belong into one other section the first is told: what is wrong is a
+/// marker before them.
+bool LegacyTextReader::BelongsHere(int row, std::string_view name) {
+  if (section_->firstRow <= row && row <= section_->lastRow) {
+    misplaced_ = nullptr;
+    return true;
+  }
+  const Section* const owner = std::find_if(
+      kSections.begin(), kSections.end(),
+      [=](const Section& section) { return section.firstRow <= row && row <= section.lastRow; });
+  const bool isGeneral = owner == &GeneralSection();
+  if (isGeneral && givenInGeneral_[static_cast<std::size_t>(row)] == 0) {
+    givenInGeneral_[static_cast<std::size_t>(row)] = line_;
+  }
+  if (misplaced_ == owner) return false;
+  misplaced_ = owner;
+  const std::string place = isGeneral ? std::string("outside the sections")
+                                      : std::string("after ") + Keyword(owner->firstRow).keyword;
+  TellFault(line_, std::string(name) + " cannot stand here; it belongs " + place);
+  return false;
+}
+
+bool LegacyTextReader::IsGivenOnce(int row, std::string_view name) {
+  int& given = Given()[static_cast<std::size_t>(row)];
+  if (given == 0) {
+    given = line_;
+    return true;
+  }
+  TellFault(line_, std::string(name) + " is given twice; keep this one or that of line " +
+                       std::to_string(given));
+  return false;
 }
 
 std::optional<std::string> LegacyTextReader::ReadValue(const VyrDrwParseKeyword& keyword,
                                                        std::string_view text) {
   const std::string name = keyword.keyword;
-  std::string value(text);
-  if (text.empty()) {
-    Fail(line_, name + " has no value; an empty one is written \"\"");
+  const auto refuse = [&](const std::string& fault) {
+    TellFault(line_, name + fault);
     return std::nullopt;
+  };
+  if (text.empty()) return refuse(" has no value; an empty one is written \"\"");
+  std::optional<std::string> value(text);
+  if (text.starts_with('"')) value = Unquoted(text);
+  if (!value) {
+    return refuse(
+        ": the value does not end with its closing double quote; a double quote inside a quoted "
+        "value is doubled");
   }
-  if (text.starts_with('"')) {
-    std::optional<std::string> unquoted = Unquoted(text);
-    if (!unquoted) {
-      Fail(line_, name +
-                      ": the value does not end with its closing double quote; a double quote "
-                      "inside a quoted value is doubled");
-      return std::nullopt;
-    }
-    value = std::move(*unquoted);
-  }
-  if (const std::string expected = Expected(keyword.type, value); !expected.empty()) {
-    Fail(line_, name + ": " + VyrQuoted(value) + " is not valid; expected is " + expected);
-    return std::nullopt;
-  }
-  return value;
+  const std::string objection = ObjectionTo(keyword.type, *value);
+  return objection.empty() ? std::move(value) : refuse(": " + objection);
 }
 
 /// Makes parameters of what has been read of a group, or of one general line.
-void LegacyTextReader::StoreEntries(std::string_view description) {
+void LegacyTextReader::StoreEntries(const std::shared_ptr<const VyrDrwParseGroup>& group) {
   for (const Entry& entry : entries_) {
+    if (faultCount_ != 0) break;
     const VyrDrwParseKeyword& keyword = Keyword(entry.row);
-    parameters_.push_back(std::make_unique<VyrDrwParseParameter>(
-        keyword.keyword, keyword.type, entry.value, description, section_->name));
+    parameters_.push_back(group ? std::make_unique<VyrDrwParseParameter>(
+                                      keyword.keyword, keyword.type, entry.value, group)
+                                : std::make_unique<VyrDrwParseParameter>(
+                                      keyword.keyword, keyword.type, entry.value, entry.line));
   }
   entries_.clear();
 }
 
-bool LegacyTextReader::CheckGroup() {
+void LegacyTextReader::CheckGroup() {
+  const std::string nameKeyword = Keyword(section_->nameRow).keyword;
   const auto name = std::find_if(entries_.begin(), entries_.end(), [this](const Entry& entry) {
     return entry.row == section_->nameRow;
   });
-  const char* nameKeyword = Keyword(section_->nameRow).keyword;
-  if (name == entries_.end() || name->value.empty()) {
-    return Fail(sectionLine_, std::string(Keyword(section_->firstRow).keyword) +
-                                  ": the group has no name; it needs a " + nameKeyword);
-  }
-  const std::string description = name->value;
-  const auto [given, isNew] =
-      groupLines_.try_emplace(std::string(section_->name) + ":" + description, sectionLine_);
-  if (!isNew) {
-    return Fail(sectionLine_, std::string(nameKeyword) + " " + VyrQuoted(description) +
+  const bool isNamed = name != entries_.end() && !name->value.empty();
+  const bool isNameRefused =
+      name == entries_.end() && givenInGroup_[static_cast<std::size_t>(section_->nameRow)] != 0;
+  std::string where = std::string(Keyword(section_->firstRow).keyword) + ": ";
+  if (isNamed) {
+    const VyrUnicodeString description = name->value;
+    where = nameKeyword + " " + VyrQuoted(description.View()) + ": ";
+    const auto [given, isNew] =
+        groupLines_[section_].try_emplace(std::string(description.View()), sectionLine_);
+    if (!isNew) {
+      TellFault(sectionLine_, nameKeyword + " " + VyrQuoted(description.View()) +
                                   " is given twice; name this section or that of line " +
                                   std::to_string(given->second) + " otherwise");
+    } else if (IsPredefined(section_->name, description.View())) {
+      notes_.push_back({VyrDrwConversionNote::NameTaken, name->line, nameKeyword, description, {}});
+    }
+    CheckRequired(*section_, where);
+    StoreEntries(std::make_shared<VyrDrwParseGroup>(VyrDrwParseGroup{description, section_->name}));
+  } else {
+    if (!isNameRefused) {
+      TellFault(sectionLine_, where + "the group has no name; it needs a " + nameKeyword);
+    }
+    if (!entries_.empty()) CheckRequired(*section_, where);
   }
-  if (!CheckRequired(*section_, nameKeyword + (" " + VyrQuoted(description)) + ": ")) return false;
-  StoreEntries(description);
+  entries_.clear();
   givenInGroup_ = {};
-  return true;
 }
 
-bool LegacyTextReader::CheckRequired(const Section& section, const std::string& where) {
+void LegacyTextReader::CheckRequired(const Section& section, const std::string& where) {
   const bool isGeneral = &section == &GeneralSection();
   const auto& given = isGeneral ? givenInGeneral_ : givenInGroup_;
   for (int row = section.firstRow; row <= section.lastRow; ++row) {
     if (Keyword(row).required == 0 || given[static_cast<std::size_t>(row)] != 0) continue;
-    return Fail(isGeneral ? line_ : sectionLine_,
-                where + "the required parameter " + Keyword(row).keyword + " is missing");
+    if (row == section.nameRow) continue;  // which was told
+    TellFault(isGeneral ? line_ : sectionLine_,
+              where + "the required parameter " + Keyword(row).keyword + " is missing");
   }
-  return true;
 }
 
-bool LegacyTextReader::Finish() {
+void LegacyTextReader::Finish() {
   line_ = std::max(line_, 1);
-  if (section_ != &GeneralSection()) {
-    return Fail(sectionLine_, std::string(Keyword(section_->firstRow).keyword) +
-                                  " is never ended; " + Keyword(section_->firstRow + 1).keyword +
-                                  " was expected before the end of the file");
+  const bool isOpen = !IsOutside();
+  if (isOpen) {
+    TellFault(sectionLine_, std::string(Keyword(section_->firstRow).keyword) + " is never ended; " +
+                                Keyword(section_->firstRow + 1).keyword +
+                                " was expected before the end of the file");
   }
-  return CheckRequired(GeneralSection(), "");
+  // What a comment without an end has swallowed is not missing.
+  if (!IsComment()) CheckRequired(GeneralSection(), "");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "VyrDrwConversionNote.h"
 #include "VyrDrwParseKeywordTable.h"
 #include "VyrDrwParseParameter.h"
 #include "VyrProblem.h"
@@ -18,13 +20,21 @@ class LegacyTextReader {
  public:
   using Parameters = std::vector<std::unique_ptr<VyrDrwParseParameter>>;
 
-  /// False when the text is not a valid standard; `GetProblem` then says where and why, and there
+  /// Of the faults of a text, so many are kept; whoever mends them asks again.
+  static constexpr std::size_t kMostFaults = 20;
+
+  /// False when the text is not a valid standard; `GetFaults` then says where and why, and there
   /// are no parameters.
   bool Read(std::string_view text);
 
   /// The parameters in the order of the file, the groups' among them.
   Parameters TakeParameters() { return std::move(parameters_); }
-  const VyrProblem& GetProblem() const { return problem_; }
+  /// The first faults, in the order in which they are met.
+  const std::vector<VyrProblem>& GetFaults() const { return faults_; }
+  /// All of them, those that are not kept, too.
+  std::size_t GetFaultCount() const { return faultCount_; }
+  /// What will not be found under the name that it has in the text.
+  const std::vector<VyrDrwConversionNote>& GetNotes() const { return notes_; }
 
  private:
   /// A stretch of the file between two markers; the general parameters stand outside all others.
@@ -39,27 +49,46 @@ class LegacyTextReader {
 
   struct Entry {
     int row;
+    int line;
     std::string value;
   };
 
-  bool ReadLine(std::string_view line);
-  bool BeginSection(const Section& section);
-  bool EndSection(const Section& section);
-  bool ReadParameter(std::string_view name, std::string_view valueText);
-  bool CheckGroup();
-  bool CheckRequired(const Section& section, const std::string& where);
-  bool Finish();
-  void StoreEntries(std::string_view description);
+  void ReadLine(std::string_view line);
+  bool ReadMarker(std::string_view name, std::string_view value);
+  void BeginSection(const Section& section);
+  void EndSection(const Section& section);
+  void ReadParameter(std::string_view name, std::string_view valueText);
+  bool BelongsHere(int row, std::string_view name);
+  bool IsGivenOnce(int row, std::string_view name);
   std::optional<std::string> ReadValue(const VyrDrwParseKeyword& keyword, std::string_view text);
-  bool Fail(int line, std::string text);
+  std::string ReplaceInvisible(std::string_view line);
+  void PassOver(std::string_view line);
+  void CheckGroup();
+  void CheckRequired(const Section& section, const std::string& where);
+  void Finish();
+  void LeaveGroup();
+  void StoreEntries(const std::shared_ptr<const VyrDrwParseGroup>& group);
+  void TellFault(int line, std::string text);
+  std::array<int, kKeywordCount>& Given();
 
-  const Section* section_ = &kSections[0];
+  bool IsOutside() const { return section_ == &GeneralSection(); }
+  bool IsComment() const { return section_->name == nullptr; }
+
+  const Section* section_ = &GeneralSection();
   int line_ = 0;
   int sectionLine_ = 0;
+  /// The section that a comment block was begun in, wrongly, and goes on after it.
+  const Section* aroundComment_ = &GeneralSection();
+  int lineAroundComment_ = 0;
+  const Section* misplaced_ = nullptr;  // into which the lines before belong
+  bool hasContent_ = false;
+  bool isNoText_ = false;                            // nothing more is read
   std::vector<Entry> entries_;                       // of the group being read
   std::array<int, kKeywordCount> givenInGeneral_{};  // line of each row; 0: not given
   std::array<int, kKeywordCount> givenInGroup_{};
-  std::unordered_map<std::string, int> groupLines_;  // by section and name
+  std::map<const Section*, std::unordered_map<std::string, int>> groupLines_;
   Parameters parameters_;
-  VyrProblem problem_;
+  std::vector<VyrProblem> faults_;
+  std::size_t faultCount_ = 0;
+  std::vector<VyrDrwConversionNote> notes_;
 };

@@ -1,6 +1,7 @@
 #include <array>
 #include <string>
 
+#include "ConversionNotes.h"
 #include "UpgradeStep.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseParameter.h"
@@ -67,7 +68,11 @@ HRESULT VyrDrwParseStandard::Upgrade(int targetVersion, VyrDrwParseStandardUpgra
   }
   problem_ = {};
   const auto upgrade = [&] {
-    if (UpgradeVersion(targetVersion, options, afterStep)) return S_OK;
+    if (UpgradeVersion(targetVersion, options, afterStep)) {
+      const VyrAnnStandardXMLNode_var dimension(document_->GetNodeWithPath("Root.Dimension"));
+      AddNotesOnParameters(parameters_, dimension.Get(), notes_);
+      return S_OK;
+    }
     if (problem_.IsEmpty()) {
       problem_ = {0, "the version that the upgrade starts from cannot be told"};
     }

@@ -71,7 +71,7 @@ void AddWrappedValue(VyrUnicodeString& text, int level, Type type, std::string_v
 }
 
 void VyrDrwParseParameter::Write(VyrUnicodeString& text) const {
-  if (section_.IsEmpty()) {
+  if (!group_) {
     AddWrappedValue(text, 2, type_, name_.View(), value_.View());
   } else {
     const int row = FindKeywordRow(name_.View());

@@ -133,6 +133,17 @@ std::span<const Version0Member> PredefinedDisplayMembers() {
 std::span<const PredefinedDisplay> PredefinedDisplays() {
   return kPredefinedDisplays;
 }
+bool IsPredefined(std::string_view section, std::string_view name) {
+  const auto isNamed = [=](std::span<const Version0Member> members) {
+    return std::any_of(members.begin(), members.end(), [=](const Version0Member& member) {
+      return member.name == std::string_view("Name") && member.value == name;
+    });
+  };
+  if (section == "TOLERANCE") return isNamed(kPredefinedTolerance);
+  return std::any_of(std::begin(kPredefinedDisplays), std::end(kPredefinedDisplays),
+                     [&](const PredefinedDisplay& display) { return isNamed(display.differing); });
+}
+
 std::span<const DressUpSymbol> DressUpSymbols() {
   return kDressUpSymbols;
 }

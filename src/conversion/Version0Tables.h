@@ -2,6 +2,7 @@
 
 #include <array>
 #include <span>
+#include <string_view>
 
 #include "VyrDrwParseKeywordTable.h"
 
@@ -29,6 +30,10 @@ struct PredefinedDisplay {
   std::span<const Version0Member> differing;  // the display's name among them
 };
 std::span<const PredefinedDisplay> PredefinedDisplays();
+
+/// Whether every standard has a ready-made group of that name, by section as parameters know it
+/// ("TOLERANCE", "NUMERICAL_DISPLAY").
+bool IsPredefined(std::string_view section, std::string_view name);
 
 /// Text sizes that annotations may have, in millimetres; those of ISO for an unknown parent.
 std::span<const char* const> AllowedTextFontSizes(const char* parentStandard);

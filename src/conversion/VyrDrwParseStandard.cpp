@@ -1,5 +1,6 @@
 #include "VyrDrwParseStandard.h"
 
+#include "ConversionNotes.h"
 #include "LegacyTextReader.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDftStdPersistence.h"
@@ -36,6 +37,9 @@ HRESULT VyrDrwParseStandard::RefuseForMemory() {
   decoded_ = 0;
   version_ = 0;
   parentStandard_ = {};
+  textFaults_.clear();
+  numOfTextFaults_ = 0;
+  notes_.clear();
   VyrSayOutOfMemory(problem_);
   return E_FAIL;
 }
@@ -67,6 +71,8 @@ HRESULT VyrDrwParseStandard::DecodeParameters() {
     return E_UNEXPECTED;
   }
   problem_ = {};
+  textFaults_.clear();
+  numOfTextFaults_ = 0;
   std::string text;
   if (const std::string problem = VyrReadFile(fileName_, text); !problem.empty()) {
     problem_ = {0, problem, false};
@@ -74,17 +80,22 @@ HRESULT VyrDrwParseStandard::DecodeParameters() {
   }
   LegacyTextReader reader;
   if (!reader.Read(text)) {
-    problem_ = reader.GetProblem();
+    textFaults_ = reader.GetFaults();
+    numOfTextFaults_ = reader.GetFaultCount();
+    problem_ = textFaults_.front();
     return E_FAIL;
   }
   parameters_ = reader.TakeParameters();
+  notes_ = reader.GetNotes();
   decoded_ = 1;
   version_ = 0;
-  const auto valueOf = [this](const char* name) {
-    const VyrDrwParseParameter* parameter = GetParameter(name);
+  const VyrDrwParseParameter* parent = GetParameter("ParentStandard");
+  const VyrDrwParseParameter* datumMode = GetParameter("TXTDatumMode");
+  const auto valueOf = [](const VyrDrwParseParameter* parameter) {
     return parameter == nullptr ? VyrUnicodeString() : parameter->GetValue();
   };
-  DetermineParentStandard(valueOf("ParentStandard"), valueOf("TXTDatumMode"));
+  DetermineParentStandard(valueOf(parent), valueOf(datumMode));
+  if (auto note = NoteOnDatumMode(parent, datumMode)) notes_.push_back(*std::move(note));
   return S_OK;
 }
 

@@ -27,13 +27,17 @@ constexpr std::size_t kValueFactor = 40;
 std::string AnswerTo(const std::string& text) {
   LegacyTextReader reader;
   const bool isRead = reader.Read(text);
-  const VyrProblem& problem = reader.GetProblem();
-  if (isRead) return problem.IsEmpty() ? "accepted" : "unsound";
-  const bool isSound = problem.line > 0 && !problem.IsEmpty() && problem.text.Find("\n") == -1 &&
-                       problem.text.View().size() < 500 &&
-                       VyrFindInvalidUtf8(problem.text.View()) == std::string_view::npos &&
-                       reader.TakeParameters().empty();
-  return isSound ? std::to_string(problem.line) + ": " + problem.text.CString() : "unsound";
+  const std::vector<VyrProblem>& faults = reader.GetFaults();
+  if (isRead) return faults.empty() && reader.GetFaultCount() == 0 ? "accepted" : "unsound";
+  if (faults.empty() || faults.size() > LegacyTextReader::kMostFaults) return "unsound";
+  const bool isSound = reader.GetFaultCount() >= faults.size() && reader.TakeParameters().empty() &&
+                       std::all_of(faults.begin(), faults.end(), [](const VyrProblem& fault) {
+                         return fault.line > 0 && !fault.IsEmpty() && fault.text.Find("\n") == -1 &&
+                                fault.text.View().size() < 500 &&
+                                VyrFindInvalidUtf8(fault.text.View()) == std::string_view::npos;
+                       });
+  const VyrProblem& first = faults.front();
+  return isSound ? std::to_string(first.line) + ": " + first.text.CString() : "unsound";
 }
 
 struct Hostile {

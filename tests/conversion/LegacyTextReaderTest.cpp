@@ -389,12 +389,195 @@ TEST(TextReader, WhatIsNoTextIsRefused) {
            nul + nul + "\n",
        1, "control character"},
       {"UTF-16", "\xFF\xFEP" + nul + "a" + nul, 1, "UTF-8"},
-      {"XML", "<?xml version=\"1.0\"?>\n<std:node/>\n", 1, "'<?xml'"},
+      {"XML", "\n<?xml version=\"1.0\"?>\n<std:node/>\n", 2, "is XML, and no text standard"},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.what);
     ExpectRefused(test.text, test.line, test.expected);
   }
+}
+
+/// "LINE: TEXT" of every fault that is told.
+std::vector<std::string> FaultsOf(const std::string& content) {
+  ReadText text(content);
+  std::vector<std::string> faults;
+  for (const VyrProblem& fault : text.standard.GetTextFaults()) {
+    faults.push_back(std::to_string(fault.line) + ": " + fault.text.CString());
+  }
+  EXPECT_EQ(text.standard.GetNumOfTextFaults(), faults.size());
+  return faults;
+}
+
+TEST(TextReader, AllFaultsAreToldInTheOrderOfTheText) {
+  const Lines lines = Without(Replaced(General(), "DIMLTail", "DIMLTail wide"), "DIMLTextGap") +
+                      Lines{"Nonsense 1", "DIMLOverrun"} +
+                      Without(Replaced(Tolerance("T"), "TolType", "TolType 1.5"), "TolScale") +
+                      Tolerance("T") + Lines{"END_NUMERICAL_DISPLAY"};
+  ASSERT_EQ(General()[12], "DIMLTail 1");
+  EXPECT_THAT(
+      FaultsOf(Joined(lines)),
+      ElementsAre(
+          "13: DIMLTail: 'wide' is not valid; expected is a decimal number, such as 2.0",
+          StartsWith("105: 'Nonsense' is no parameter"),
+          StartsWith("106: DIMLOverrun has no value"),
+          StartsWith("109: TolType: '1.5' is not valid"),
+          "107: TolName 'T': the required parameter TolScale is missing",
+          StartsWith("127: TolName 'T' is given twice; name this section or that of line 107"),
+          StartsWith("148: END_NUMERICAL_DISPLAY without"),
+          "148: the required parameter DIMLTextGap is missing"));
+}
+
+TEST(TextReader, TwentyFaultsAreToldAndTheOthersCounted) {
+  for (const std::size_t count : {19, 20, 21, 1000}) {
+    Lines lines = General();
+    lines.insert(lines.end(), count, "Nonsense 1");
+    ReadText text(Joined(lines));
+    EXPECT_EQ(text.result, E_FAIL);
+    EXPECT_EQ(text.standard.GetTextFaults().size(), std::min<std::size_t>(count, 20));
+    EXPECT_EQ(text.standard.GetNumOfTextFaults(), count);
+    EXPECT_EQ(text.standard.GetProblem().line, 106);
+  }
+}
+
+TEST(TextReader, AMistakeIsToldOnceAndNotInAllThatItLeadsTo) {
+  Lines strayed = Tolerance("T");
+  strayed.insert(strayed.begin() + 5, {"DIMLOverrun 1", "HLFExtOverrun 1", "SYMBReverseMode 1"});
+  Lines withoutBegin = Tolerance("T");
+  withoutBegin.erase(withoutBegin.begin());
+  Lines withoutEnd = Tolerance("T");
+  withoutEnd.pop_back();
+  Lines marked = Display("D");
+  marked.front() += " D";
+  Lines withComment = Tolerance("T");
+  withComment.insert(withComment.begin() + 5,
+                     {"BEGIN_COMMENT_BLOCK", "any text", "END_COMMENT_BLOCK"});
+  struct {
+    const char* what;
+    Lines lines;
+    std::vector<std::string> faults;  // what each begins with
+  } const cases[] = {
+      {"a value of the wrong type is not missing, too",
+       Replaced(General(), "DIMLTail", "DIMLTail x"),
+       {"13: DIMLTail: 'x'"}},
+      {"nor one in a group",
+       General() + Replaced(Tolerance("T"), "TolScale", "TolScale x"),
+       {"125: TolScale"}},
+      {"nor the name of a group",
+       General() + Replaced(Tolerance("T"), "TolName", "TolName \"T"),
+       {"107: TolName: the value does not end"}},
+      {"nor a value that is no UTF-8",
+       Replaced(General(), "DIMLTail", "DIMLTail \xB1"),
+       {"13: is not valid UTF-8"}},
+      {"nor one with a control character",
+       Replaced(General(), "DIMLTail", "DIMLTail \x01"),
+       {"13: holds a control character"}},
+      {"lines in the wrong section", General() + strayed, {"111: DIMLOverrun cannot stand here"}},
+      {"a section that is not begun",
+       General() + withoutBegin,
+       {"106: TolName cannot stand here", "125: END_TOLERANCE without BEGIN_TOLERANCE"}},
+      {"a section that is not ended",
+       General() + withoutEnd + Display("D"),
+       {"126: BEGIN_NUMERICAL_DISPLAY inside the section of line 106"}},
+      {"a comment in a section",
+       General() + withComment,
+       {"111: BEGIN_COMMENT_BLOCK inside the section of line 106"}},
+      {"a section begun twice",
+       General() + Lines{"BEGIN_TOLERANCE"} + Tolerance("T"),
+       {"107: BEGIN_TOLERANCE inside"}},
+      {"a marker with a value", General() + marked, {"106: BEGIN_NUMERICAL_DISPLAY stands alone"}},
+      {"a comment without an end",
+       Lines{"BEGIN_COMMENT_BLOCK"} + General(),
+       {"1: BEGIN_COMMENT_BLOCK is never ended"}},
+      {"a whole group twice",
+       General() + Tolerance("T") + Tolerance("T"),
+       {"127: TolName 'T' is given twice"}},
+      {"no text at all", Lines{"<std:node>"} + Lines{"<a/>"}, {"1: is XML"}},
+      {"zero bytes", {std::string(3, '\0'), "x", std::string(3, '\0')}, {"1: holds a control"}},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.what);
+    const std::vector<std::string> faults = FaultsOf(Joined(test.lines));
+    EXPECT_EQ(faults.size(), test.faults.size()) << testing::PrintToString(faults);
+    for (std::size_t i = 0; i < std::min(faults.size(), test.faults.size()); ++i) {
+      EXPECT_THAT(faults[i], StartsWith(test.faults[i]));
+    }
+  }
+}
+
+TEST(TextReader, NumbersThatCannotBeHeldAreCalledSo) {
+  struct {
+    const char* line;
+    const char* fault;
+  } const cases[] = {
+      {"CHFMeasureMode 3000000000", "'3000000000' is too large; a whole number is one from "},
+      {"CHFMeasureMode -3000000000", "'-3000000000' is too small; a whole number is one from "},
+      {"DIMLOverrun 1e999", "'1e999' is too large, or too near to 0"},
+      {"DIMLOverrun 1e-999", "'1e-999' is too large, or too near to 0"},
+  };
+  for (const auto& test : cases) {
+    EXPECT_THAT(FaultsOf(Joined(General() + Lines{test.line})), ElementsAre(HasSubstr(test.fault)));
+  }
+  for (const char* line : {"CHFMeasureMode 2147483647", "CHFMeasureMode -2147483648"}) {
+    EXPECT_THAT(FaultsOf(Joined(General() + Lines{line})), IsEmpty()) << line;
+  }
+}
+
+TEST(TextReader, CharactersThatDoNotShowAreNamed) {
+  struct {
+    const char* what;
+    std::string line;  // in place of that of DIMLTail
+    const char* fault;
+  } const cases[] = {
+      {"mark before a name",
+       "\xEF\xBB\xBF"
+       "DIMLTail 1",
+       "13: 'DIMLTail' has a byte order mark (U+FEFF) in it, which does not show; take that out"},
+      {"in a name", "DIML\xE2\x80\x8BTail 1", "13: 'DIMLTail' has a zero width space (U+200B)"},
+      {"between name and value",
+       "DIMLTail\xC2\xA0"
+       "1",
+       "13: 'DIMLTail 1' has a no-break space (U+00A0) in it, which is no blank; write a blank"},
+      {"before a value",
+       "DIMLTail \xC2\xA0"
+       "1",
+       "13: DIMLTail: the value has a no-break space (U+00A0) in it"},
+      {"behind a value", "DIMLTail 1\xEF\xBB\xBF",
+       "13: DIMLTail: the value has a byte order mark (U+FEFF) in it"},
+      {"alone on a line", "DIMLTail 1\n\xC2\xA0", "14: has a no-break space (U+00A0)"},
+      {"before a comment",
+       "DIMLTail 1\n\xEF\xBB\xBF"
+       "BEGIN_COMMENT_BLOCK\n1 2 3\nEND_COMMENT_BLOCK",
+       "14: 'BEGIN_COMMENT_BLOCK' has a byte order mark (U+FEFF)"},
+      {"before the end of one",
+       "DIMLTail 1\nBEGIN_COMMENT_BLOCK\n\xC2\xA0"
+       "1 2\n\xE2\x80\x8E"
+       "END_COMMENT_BLOCK",
+       "16: 'END_COMMENT_BLOCK' has a left-to-right mark (U+200E)"},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.what);
+    EXPECT_THAT(FaultsOf(Joined(Replaced(General(), "DIMLTail", test.line))),
+                ElementsAre(StartsWith(test.fault)));
+  }
+}
+
+TEST(TextReader, TextsMayHoldCharactersThatDoNotShow) {
+  const ReadText text(
+      Joined(General() + Replaced(Display("D"), "NDSepar_1", "NDSepar_1 \"\xC2\xA0\"")));
+  ASSERT_EQ(text.result, S_OK) << text.standard.GetProblem().text.CString();
+  EXPECT_EQ(text["NDSepar_1"], "\xC2\xA0") << "what separates thousands in many countries";
+}
+
+TEST(TextReader, FaultsOfAReadAreForgottenByTheNextOne) {
+  const TemporaryFolder folder;
+  VyrDrwParseStandard standard(folder.Write("STD.txt", "Nonsense 1\n"));
+  EXPECT_EQ(standard.DecodeText(), E_FAIL);
+  EXPECT_FALSE(standard.GetTextFaults().empty());
+  std::filesystem::remove(folder / "STD.txt");
+  EXPECT_EQ(standard.DecodeText(), E_FAIL);
+  EXPECT_THAT(standard.GetTextFaults(), IsEmpty());
+  EXPECT_EQ(standard.GetNumOfTextFaults(), 0u);
+  EXPECT_FALSE(standard.GetProblem().IsEmpty()) << "a file that is gone is no fault of its text";
 }
 
 TEST(TextReader, FileThatCannotBeReadIsAProblemWithoutALine) {

@@ -1,7 +1,9 @@
-#include <algorithm>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "Arguments.h"
+#include "Format.h"
 #include "InPlace.h"
 #include "InputFile.h"
 #include "Reports.h"
@@ -19,18 +21,68 @@ struct Options {
   InPlaceOptions inPlace;
 };
 
-/// Reads the text; says so when the library had to guess between ANSI and ASME.
-void Decode(VyrDrwParseStandard& converter, const std::string& file, const Session& session) {
-  const ReportRecorder recorder;
-  if (VyrFailed(converter.DecodeText())) {
-    const VyrProblem& problem = converter.GetProblem();
-    throw Failure{kInvalidInput, file, problem.line, std::string(problem.text.View())};
-  }
-  const auto isGuess = [](const std::string& report) {
-    return report.starts_with("Invalid TXTDatumMode value!");
+using Note = VyrDrwConversionNote;
+
+/// Whether the file is a standard already, whatever it is called.
+bool IsXMLStandard(const std::string& path) {
+  const UnshownReports ignored;
+  VyrDrwParseStandard standard(path);
+  standard.Decode();
+  return standard.GetProblem().IsEmpty();
+}
+
+/// A line for each fault of the text.
+[[nodiscard]] ExitStatus Refuse(const VyrDrwParseStandard& converter, const InputFile& input,
+                                const Session& session) {
+  const std::vector<VyrProblem>& faults = converter.GetTextFaults();
+  const auto complain = [&](const VyrProblem& problem) {
+    session.Complain({kInvalidInput, input.Name(), problem.line, std::string(problem.text.View())});
   };
-  if (std::any_of(recorder.failedChecks.begin(), recorder.failedChecks.end(), isGuess)) {
-    session.Warn(file, "TXTDatumMode is neither 1 (ASME) nor 2 (ANSI); taken as ANSI");
+  if (!faults.empty() && IsXMLStandard(input.Path())) {
+    session.Complain({kInvalidInput, input.Name(), 0,
+                      "is an XML standard, and no text to be converted; holstd upgrade brings it "
+                      "up to date"});
+  } else if (faults.empty()) {
+    complain(converter.GetProblem());
+  } else {
+    for (const VyrProblem& fault : faults) complain(fault);
+    if (const std::size_t further = converter.GetNumOfTextFaults() - faults.size(); further != 0) {
+      session.Complain(
+          {kInvalidInput, input.Name(), 0,
+           "has " + Counted(static_cast<long>(further), "further fault") + "; mend these first"});
+    }
+  }
+  return kInvalidInput;
+}
+
+/// What the user has to know of a parameter that did not arrive.
+std::string Described(const Note& note) {
+  const std::string name(note.name.View());
+  const std::string value = Quoted(note.value.View());
+  switch (note.kind) {
+    case Note::NameTaken:
+      return "warning: " + name + " " + value +
+             " is the name of one that every standard has, which is found instead of this one; "
+             "give this one another name";
+    case Note::DatumMode:
+      return "warning: " + name + " " + value +
+             " is neither '1' (ASME) nor '2' (ANSI); taken as ANSI";
+    case Note::WithoutPlace:
+      return name + " " + value + " is left out; the format has no place for it";
+    default:
+      return name + " " + value + " becomes " + Quoted(note.became.View()) +
+             ", which the format sets itself; change it in the standard if it is to stay";
+  }
+}
+
+/// Names and datum modes are told whatever is said: they make another standard of the text. What
+/// the format does to parameters it does to every text.
+void Tell(const VyrDrwParseStandard& converter, const std::string& file, const Session& session) {
+  for (const Note& note : converter.GetConversionNotes()) {
+    const bool isWarning = note.kind == Note::NameTaken || note.kind == Note::DatumMode;
+    if (isWarning || !session.isQuiet) {
+      session.Complain({kDone, file, note.line, Described(note)});
+    }
   }
 }
 
@@ -42,7 +94,7 @@ ExitStatus ConvertFile(const Options& options, Session& session) {
   }
   const InputFile input(options.text);
   VyrDrwParseStandard converter(input.Path());
-  Decode(converter, options.text, session);
+  if (VyrFailed(converter.DecodeText())) return Refuse(converter, input, session);
   VyrDrwParseStandardUpgradeOptions upgrade = options.upgrade.ForLibrary();
   if (VyrFailed(converter.Upgrade(options.upgrade.target, upgrade))) {
     const VyrUnicodeString& problem = converter.GetProblem().text;
@@ -51,6 +103,7 @@ ExitStatus ConvertFile(const Options& options, Session& session) {
   }
   const VyrFileChange change =
       WriteResult(options.output, TextOf(converter, options.text), options.inPlace);
+  Tell(converter, input.Name(), session);
   session.Say(TalkOf(options.output, change,
                      "parent standard " + std::string(converter.GetParentStandard().View())));
   return kDone;
