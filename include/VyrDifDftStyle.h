@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "HolStandardInfraExport.h"
@@ -53,8 +52,5 @@ class HOLSTANDARDINFRA_EXPORT VyrDifDftStyle
   VyrIDrwStandard_var standard_;
   VyrUnicodeString name_;
   VyrUnicodeString type_;
-  /// The path of the last query. It begins with the style's own, so that a query adds to that and
-  /// makes no new text.
-  std::string path_;
-  std::size_t prefixLength_ = 0;
+  std::string prefix_;  ///< the style's own path, with the "." that ends it
 };

@@ -10,7 +10,10 @@
 /// member keeps the default. Every default writes to standard error.
 struct VyrDiagnosticSinks {
   /// Receives one text, its line end included, on the thread that reports; `text` is borrowed for
-  /// the call. It must not throw.
+  /// the call. It must not throw. It may call the library, ask the object that reports for more,
+  /// give back its references to that, switch channels and install other sinks. It must not edit
+  /// the trees that a document is about to check or write, nor destroy an object that is not
+  /// counted while that reports.
   using Sink = std::function<void(std::string_view text)>;
 
   Sink print;     ///< failed checks in a development-stage run, before the abend log

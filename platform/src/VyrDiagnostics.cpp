@@ -4,16 +4,21 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "VyrUtf8.h"
 
 namespace {
 
-VyrDiagnosticSinks& Sinks() {
+/// Shared, so that a sink which installs others is not destroyed while it runs. Null: the defaults.
+using SharedSinks = std::shared_ptr<VyrDiagnosticSinks>;
+
+SharedSinks& Sinks() {
   // Kept to the end of the process: static objects of a host may still report in their end.
-  static auto& sinks = *new VyrDiagnosticSinks();
+  static auto& sinks = *new SharedSinks();
   return sinks;
 }
 
@@ -39,19 +44,25 @@ void WriteToStandardError(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-void Send(const VyrDiagnosticSinks::Sink& sink, std::string_view text) {
-  if (sink) {
-    sink(text);
+/// False when the host receives nothing of the kind itself.
+bool Send(VyrDiagnosticSinks::Sink VyrDiagnosticSinks::*kind, std::string_view text) {
+  const SharedSinks sinks = Sinks();
+  const bool isHosts = sinks != nullptr && sinks.get()->*kind;
+  if (isHosts) {
+    (sinks.get()->*kind)(text);
   } else {
     WriteToStandardError(text);
   }
+  return isHosts;
 }
 
 }  // namespace
 
 VyrDiagnosticSinks VyrSetDiagnosticSinks(VyrDiagnosticSinks sinks) {
-  std::swap(Sinks(), sinks);
-  return sinks;
+  SharedSinks shared = std::make_shared<VyrDiagnosticSinks>(std::move(sinks));
+  std::swap(Sinks(), shared);
+  if (shared == nullptr) return {};
+  return shared.use_count() == 1 ? std::move(*shared) : *shared;
 }
 
 bool VyrDevelopmentStage() {
@@ -63,26 +74,25 @@ void VyrSetDevelopmentStage(bool development) {
 
 void VyrSysLogError(std::string_view text) {
   if (!std::any_of(text.begin(), EndOfLine(text), IsControlCharacter)) {
-    return Send(Sinks().errorLog, text);
+    Send(&VyrDiagnosticSinks::errorLog, text);
+    return;
   }
   std::string cleaned(text);
   Clean(cleaned);
-  Send(Sinks().errorLog, cleaned);
+  Send(&VyrDiagnosticSinks::errorLog, cleaned);
 }
 
 void VyrSysLogAbend(std::string_view text) {
-  Send(Sinks().abendLog, text);
   // A host that receives abends decides for itself; a shipped application must never be taken down.
-  if (!Sinks().abendLog && VyrDevelopmentStage()) std::abort();
+  if (!Send(&VyrDiagnosticSinks::abendLog, text) && VyrDevelopmentStage()) std::abort();
 }
 
 void VyrFatalError(std::string_view text) {
-  Send(Sinks().abendLog, text);
-  if (!Sinks().abendLog) std::abort();
+  if (!Send(&VyrDiagnosticSinks::abendLog, text)) std::abort();
 }
 
 void VyrTraceOutput(std::string_view text) {
-  Send(Sinks().trace, text);
+  Send(&VyrDiagnosticSinks::trace, text);
 }
 
 void VyrSourceUnit::Report(const char* kind, std::string_view message,
@@ -95,11 +105,11 @@ void VyrSourceUnit::Report(const char* kind, std::string_view message,
       text, sizeof text, ">> ASSERTION FAILED %.32s: %.*s [File: %.128s:%4d].<<\n", kind,
       static_cast<int>(limited.size()), limited.data(), name_, static_cast<int>(where.line()));
   if (VyrDevelopmentStage()) {
-    Send(Sinks().print, text);
+    Send(&VyrDiagnosticSinks::print, text);
     VyrSysLogAbend(text);
   } else {
     std::span<char> report(text, std::min<std::size_t>(std::max(length, 0), sizeof text - 1));
     Clean(report);
-    Send(Sinks().errorLog, text);
+    Send(&VyrDiagnosticSinks::errorLog, text);
   }
 }

@@ -58,20 +58,25 @@ class PlainNumbers {
   locale_t before_;
 };
 
+std::string Formatted(const char* format, std::va_list arguments) {
+  const PlainNumbers plain;
+  std::va_list again;
+  va_copy(again, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, arguments);
+  std::string line(static_cast<std::size_t>(std::max(length, 0)), '\0');
+  std::vsnprintf(line.data(), line.size() + 1, format, again);
+  va_end(again);
+  return line;
+}
+
 }  // namespace
 
 void VyrTrace::Print(const char* format, ...) {
   if (!IsOn()) return;
-  const PlainNumbers plain;
   std::va_list arguments;
   va_start(arguments, format);
-  std::va_list again;
-  va_copy(again, arguments);
-  const int length = std::vsnprintf(nullptr, 0, format, arguments);
+  std::string line = Formatted(format, arguments);
   va_end(arguments);
-  std::string line(static_cast<std::size_t>(std::max(length, 0)), '\0');
-  std::vsnprintf(line.data(), line.size() + 1, format, again);
-  va_end(again);
   const auto most = static_cast<std::size_t>(std::max(lineSize_ - 1, 0));
   if (lineSize_ > 0 && line.size() > most) {
     line.resize(VyrCutUtf8(line, most - 1).size());

@@ -19,6 +19,9 @@ struct Visit {
 
 int VyrAnnStandardXMLNode::Check(VyrAnnStandardXMLNode* enumTop, VyrUnicodeView context) const {
   if (enumTop == nullptr) return 0;
+  // Who receives the lines may let go of the trees.
+  const auto self = VyrAnnStandardXMLNode_var::Share(const_cast<VyrAnnStandardXMLNode*>(this));
+  const auto enums = VyrAnnStandardXMLNode_var::Share(enumTop);
   int errors = 0;
   std::string path(context);
   std::vector<Visit> visits;

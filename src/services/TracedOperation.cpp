@@ -2,9 +2,10 @@
 
 #include <cstdint>
 
-void TracedOperation::Open(VyrTrace& channel, const char* operation, const VyrUnicodeString& alias,
-                           const void* object) {
+void TracedOperation::Open(VyrTrace& channel, const char* operation,
+                           const VyrUnicodeString& alias) {
+  KeepObject();
   block_.emplace(channel, operation);
   TraceLine(channel, "%sAlias: '%s'\tAddress:(%#x)\n", alias.CString(),
-            static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(object)));
+            static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(&object_)));
 }

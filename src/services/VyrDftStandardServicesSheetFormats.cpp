@@ -53,6 +53,8 @@ HRESULT VyrDftStandardServices::GetNameFromEnum(VyrFormatOrientationsType orient
 
 HRESULT VyrDftStandardServices::GetFormatData(VyrIDftStandard& standard, int index,
                                               VyrDrwStdSheetFormat& format) {
+  // What a query reports may make the host let go of the standard before the next one.
+  const auto kept = VyrIDftStandard_var::Share(&standard);
   VyrDrwStdSheetFormat read;
   VyrUnicodeString word;
   HRESULT result = standard.GetValue("SheetFormat.Name", index, read.name);
@@ -76,6 +78,7 @@ HRESULT VyrDftStandardServices::GetSheetFormats(VyrIDftStandard* standard,
       !kDftStandardServicesUnit.Check(*formats == nullptr, "formats are already there")) {
     return E_INVALIDARG;
   }
+  const auto kept = VyrIDftStandard_var::Share(standard);
   VyrDftStandardValueType type = VyrDftUnknownValue;
   int found = 0;
   const HRESULT result = standard->GetValueType("SheetFormat", &type, &found);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <mutex>
+#include <atomic>
 
 #include "ReleaseTable.h"
 #include "VyrDiagnostics.h"
@@ -37,8 +37,9 @@ int VyrDftStdPersistence::GetVersionFromRelease(int release, int) {
 }
 
 int VyrDftStdPersistence::CheckExplicitVersionNumberIsValid(int version) {
-  static std::once_flag tableIsChecked;
-  std::call_once(tableIsChecked, [] { CheckExplicitVersions(kExplicitVersions, kUnit); });
+  // Set before the check: what that reports may bring the host back here.
+  static std::atomic_flag tableIsChecked;
+  if (!tableIsChecked.test_and_set()) CheckExplicitVersions(kExplicitVersions, kUnit);
   return std::find(kExplicitVersions.begin(), kExplicitVersions.end(), version) !=
                  kExplicitVersions.end()
              ? 1

@@ -31,7 +31,8 @@ VyrDifTransientStandard::VyrDifTransientStandard(const VyrUnicodeString& fileNam
 }
 
 HRESULT VyrDifTransientStandard::Load() {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::Load");
+  TracedOperation traced = Traced("VyrDifTransientStandard::Load");
+  traced.KeepObject();
   if (!kTransientStandardUnit.Check(!document_, "a document is already held")) return E_UNEXPECTED;
   VyrIXMLDOMDocumentBuilder_var builder;
   if (VyrFailed(
@@ -94,8 +95,9 @@ HRESULT VyrDifTransientStandard::GetVersion(int* version) {
 }
 
 int VyrDifTransientStandard::GetVersion() {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::GetVersion");
+  TracedOperation traced = Traced("VyrDifTransientStandard::GetVersion");
   if (version_ != kUnknownVersion) return version_;
+  traced.KeepObject();
   // Standards of before version 110 do not tell theirs: it shows in what they hold.
   if (GetValue(VyrDftStdPersistence::GetVersionNodePath().CString(), 1, version_) != S_OK) {
     VyrUnicodeString file = fileName_;

@@ -92,23 +92,25 @@ class VyrDifTransientStandard
   static constexpr int kUnknownVersion = -1;
 
   static HRESULT ToBeImplemented();
-  TracedOperation Traced(const char* operation) const {
-    return {transientStandardTrace, operation, name_, this};
+  TracedOperation Traced(const char* operation) {
+    return {transientStandardTrace, operation, name_, *this};
   }
   IUnknown* AsUnknown() { return static_cast<VyrIDftStandard*>(this); }
 
-  /// The nodes that a path finds, borrowed until the next search. Null, reported, when the path
-  /// makes no valid search; null for a standard without a document, of which loading told.
-  const StandardNodes* FindNodes(std::string_view path);
+  // Operations that search keep this object first: a search may report.
+
+  /// The nodes that a path finds. Null, reported, when the path makes no valid search; null for a
+  /// standard without a document, of which loading told.
+  MatchedNodes FindNodes(std::string_view path);
   /// The node at a 1-based index, null when there is none.
   VyrIDOMNode_var FindNode(std::string_view path, int index);
   bool Search(std::string_view path, StandardNodes& nodes);
 
   template <class Value>
   HRESULT GetScalar(const char* path, int index, Value& value);
-  /// `values` is borrowed until the next query.
+  /// `values` is borrowed until the next query, trace or report.
   template <class Value>
-  HRESULT GetArray(const char* path, const std::vector<Value>*& values);
+  HRESULT GetArray(TracedOperation& traced, const char* path, const std::vector<Value>*& values);
   template <class Number>
   HRESULT GetNumbers(const char* path, Number* values, int* count);
   bool ReadThicknesses(std::vector<double>& thicknesses);

@@ -7,11 +7,13 @@
 // Queries for all values that a path finds.
 
 template <class Value>
-HRESULT VyrDifTransientStandard::GetArray(const char* path, const std::vector<Value>*& values) {
+HRESULT VyrDifTransientStandard::GetArray(TracedOperation& traced, const char* path,
+                                          const std::vector<Value>*& values) {
   ArrayCache<Value>& cache = std::get<ResultCache<Value>>(results_).arrays;
   values = cache.Find(path);
   if (values != nullptr) return S_OK;
-  const StandardNodes* const nodes = FindNodes(path);
+  traced.KeepObject();
+  const MatchedNodes nodes = FindNodes(path);
   if (nodes == nullptr || nodes->empty()) {
     TraceLine(transientStandardTrace, "%sNo matching node found!\n");
     return E_FAIL;
@@ -30,10 +32,10 @@ HRESULT VyrDifTransientStandard::GetArray(const char* path, const std::vector<Va
 }
 
 HRESULT VyrDifTransientStandard::GetValue(const char* path, VyrUnicodeString** values, int* count) {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::GetValue");
+  TracedOperation traced = Traced("VyrDifTransientStandard::GetValue");
   if (path == nullptr || values == nullptr || count == nullptr) return E_INVALIDARG;
   const std::vector<VyrUnicodeString>* found = nullptr;
-  if (const HRESULT result = GetArray(path, found); VyrFailed(result)) return result;
+  if (const HRESULT result = GetArray(traced, path, found); VyrFailed(result)) return result;
   *values = new VyrUnicodeString[found->size()];
   std::copy(found->begin(), found->end(), *values);
   *count = static_cast<int>(found->size());
@@ -50,10 +52,10 @@ HRESULT VyrDifTransientStandard::GetValue(const char* path, int* values, int* co
 
 template <class Number>
 HRESULT VyrDifTransientStandard::GetNumbers(const char* path, Number* values, int* count) {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::GetValue");
+  TracedOperation traced = Traced("VyrDifTransientStandard::GetValue");
   if (path == nullptr || count == nullptr) return E_INVALIDARG;
   const std::vector<Number>* found = nullptr;
-  if (const HRESULT result = GetArray(path, found); VyrFailed(result)) return result;
+  if (const HRESULT result = GetArray(traced, path, found); VyrFailed(result)) return result;
   if (values != nullptr) std::copy(found->begin(), found->end(), values);
   *count = static_cast<int>(found->size());
   return S_OK;

@@ -8,13 +8,14 @@
 
 template <class Value>
 HRESULT VyrDifTransientStandard::GetScalar(const char* path, int index, Value& value) {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::GetValue");
+  TracedOperation traced = Traced("VyrDifTransientStandard::GetValue");
   if (path == nullptr) return E_INVALIDARG;
   ScalarCache<Value>& cache = std::get<ResultCache<Value>>(results_).scalars;
   if (const Value* const known = cache.Find(path, index)) [[likely]] {
     value = *known;
     return S_OK;
   }
+  traced.KeepObject();
   const VyrIDOMNode_var node = FindNode(path, index);
   if (!node) {
     TraceLine(transientStandardTrace, "%sNo matching node found!\n");

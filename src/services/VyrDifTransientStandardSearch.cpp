@@ -8,13 +8,14 @@
 // Finding the nodes of a path.
 
 unsigned char VyrDifTransientStandard::HasNode(const char* path) {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::HasNode");
+  TracedOperation traced = Traced("VyrDifTransientStandard::HasNode");
+  traced.KeepObject();
   return path != nullptr && FindNode(path, 1) ? 1 : 0;
 }
 
 VyrIDOMNode_var VyrDifTransientStandard::FindNode(std::string_view path, int index) {
   if (index < 1) return {};
-  const StandardNodes* const nodes = FindNodes(path);
+  const MatchedNodes nodes = FindNodes(path);
   if (nodes == nullptr || nodes->empty()) return {};
   TraceLine(transientStandardTrace, "%sIndex is: %d\n", index);
   if (static_cast<std::size_t>(index) <= nodes->size()) {
@@ -24,17 +25,17 @@ VyrIDOMNode_var VyrDifTransientStandard::FindNode(std::string_view path, int ind
   return {};
 }
 
-const StandardNodes* VyrDifTransientStandard::FindNodes(std::string_view path) {
+MatchedNodes VyrDifTransientStandard::FindNodes(std::string_view path) {
   if (!document_) return nullptr;
   if (transientStandardTrace.IsOn()) {
     TraceLine(transientStandardTrace, "%sStdPath is: '%s'\n", std::string(path).c_str());
     TraceLine(transientStandardTrace, "%sXPath is: '%s'\n", XPath(StdPath(path)).Path().CString());
   }
-  const StandardNodes* nodes = recentMatches_.Find(path);
+  MatchedNodes nodes = recentMatches_.Find(path);
   if (nodes == nullptr) {
     StandardNodes found;
     if (!Search(path, found)) return nullptr;
-    nodes = &recentMatches_.Store(path, std::move(found));
+    nodes = recentMatches_.Store(path, std::move(found));
   }
   if (nodes->empty()) {
     TraceLine(transientStandardTrace, "%sThere is no node matching the given XPath\n");

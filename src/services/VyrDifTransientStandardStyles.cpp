@@ -17,8 +17,9 @@ constexpr const char* kDefaultStyle = "Default";
 
 HRESULT VyrDifTransientStandard::GetStylesNames(const char* type,
                                                 VyrListValVyrUnicodeString* names) {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::GetStylesNames");
+  TracedOperation traced = Traced("VyrDifTransientStandard::GetStylesNames");
   if (!kTransientStandardUnit.CheckPointer(names)) return E_INVALIDARG;
+  traced.KeepObject();
   // Made first: the caller's type may be one of the names that go.
   const std::string path = std::string("Styles.") + (type == nullptr ? "" : type);
   names->clear();
@@ -83,9 +84,11 @@ HRESULT VyrDifTransientStandard::GetAvailableStyles(const unsigned short* type,
 
 HRESULT VyrDifTransientStandard::FillAvailableStyles(const VyrUnicodeString& type,
                                                      VyrIUnknownList* list) {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::FillAvailableStyles");
+  TracedOperation traced = Traced("VyrDifTransientStandard::FillAvailableStyles");
   unsigned int next = 0;
   if (!kTransientStandardUnit.CheckPointer(list)) return E_INVALIDARG;
+  traced.KeepObject();
+  const auto keptList = VyrIUnknownList_var::Share(list);
   if (!kTransientStandardUnit.Check(VyrSucceeded(list->Count(&next)))) return E_UNEXPECTED;
   for (const char* const each : kStyleTypes | std::views::reverse) {
     if (!type.IsEmpty() && type.View() != each) continue;

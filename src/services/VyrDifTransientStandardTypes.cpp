@@ -58,10 +58,11 @@ HRESULT VyrDifTransientStandard::GetValueType(const char* path, VyrDftStandardVa
 
 HRESULT VyrDifTransientStandard::GetValueType(const char* path, VyrDftStandardValueType* type,
                                               int* count) {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::GetValueType");
+  TracedOperation traced = Traced("VyrDifTransientStandard::GetValueType");
   if (!kTransientStandardUnit.CheckPointer(type)) return E_INVALIDARG;
   if (count != nullptr) *count = 0;
   if (path == nullptr) return E_INVALIDARG;
+  traced.KeepObject();
   const VyrIDOMNode_var node = FindNode(path, 1);
   if (!node) {
     TraceLine(transientStandardTrace, "%sNo matching node found!\n");
@@ -83,8 +84,9 @@ HRESULT VyrDifTransientStandard::GetValueType(const char* path, VyrDftStandardVa
 }
 
 HRESULT VyrDifTransientStandard::GetLineThicknessIndex(double thicknessMm, int* index) {
-  const TracedOperation traced = Traced("VyrDifTransientStandard::GetLineThicknessIndex");
+  TracedOperation traced = Traced("VyrDifTransientStandard::GetLineThicknessIndex");
   if (!(thicknessMm >= 0) || index == nullptr) return E_INVALIDARG;
+  if (!thicknesses_) traced.KeepObject();
   std::vector<double> read;
   if (!thicknesses_ && ReadThicknesses(read)) thicknesses_ = std::move(read);
   const std::vector<double>& thicknesses = thicknesses_ ? *thicknesses_ : read;
@@ -108,6 +110,6 @@ bool VyrDifTransientStandard::ReadThicknesses(std::vector<double>& thicknesses) 
     if (GetValue(path, row, thickness) != S_OK) break;
     thicknesses.push_back(thickness);
   }
-  const StandardNodes* const rows = FindNodes(path);
+  const MatchedNodes rows = FindNodes(path);
   return rows != nullptr && rows->size() == thicknesses.size();
 }
