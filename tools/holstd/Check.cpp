@@ -126,19 +126,33 @@ bool HasReadableFormats(VyrAnnStandardServices& services) {
 }
 
 /// For a standard without other problems.
-FileProblems StructureProblems(const Subject& subject) {
+FileProblems StructureProblems(const InputFile& file, int version) {
   const ReportRecorder recorder;
-  const auto services = VyrAnnStandardServices::OpenFile(subject.file.Path());
+  const auto services = VyrAnnStandardServices::OpenFile(file.Path());
+  const bool listsFormats = version >= VyrDftStdPersistence::GetVersionFromRelease(14);
+  const bool hasFormats = !listsFormats || HasReadableFormats(*services);
+  const bool hasStyles = services->CheckXMLStructure() == S_OK;
+  if (hasFormats && hasStyles) return {};
+  Standard standard = ReadStandard(file);
+  const Subject subject{file, standard};
   FileProblems problems;
-  const bool listsFormats =
-      subject.standard.version >= VyrDftStdPersistence::GetVersionFromRelease(14);
-  if (listsFormats && !HasReadableFormats(*services)) {
-    problems = FormatProblems(subject.items, subject.lines);
-  }
-  if (services->CheckXMLStructure() != S_OK) {
-    problems.Add(StyleProblems(subject.items, subject.lines));
-  }
+  if (!hasFormats) problems.Add(FormatProblems(subject.items, subject.lines));
+  if (!hasStyles) problems.Add(StyleProblems(subject.items, subject.lines));
   return problems;
+}
+
+/// The version of a standard and what is wrong with it. Of the documents that this takes one is in
+/// memory at a time.
+std::pair<int, Findings> FindingsOf(const InputFile& file) {
+  int version = 0;
+  Findings findings;
+  {
+    Standard standard = ReadStandard(file);
+    version = standard.version;
+    findings.content = ContentProblems(Subject{file, standard});
+  }
+  if (findings.AreNone()) findings.structure = StructureProblems(file, version);
+  return {version, std::move(findings)};
 }
 
 class Checker {
@@ -148,11 +162,8 @@ class Checker {
   ExitStatus CheckFile(const std::string& file) {
     try {
       const InputFile input(file);
-      Standard standard = ReadStandard(input);
-      const Subject subject{input, standard};
-      Findings findings{ContentProblems(subject), {}};
-      if (findings.AreNone()) findings.structure = StructureProblems(subject);
-      Report(file, standard.version, findings);
+      const auto [version, findings] = FindingsOf(input);
+      Report(file, version, findings);
       return findings.AreNone() ? kDone : kNegativeAnswer;
     } catch (const Failure& failure) {
       Findings findings;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -37,9 +38,8 @@ Failure Negative(const Query& query, const std::string& text) {
 }
 
 /// Says which name of a path that finds nothing is the first that leads nowhere.
-std::string NotFound(const Query& query) {
-  const std::string& path = query.options.path;
-  VyrIDrwStandard& told = query.standard.Told();
+std::string NotFound(const std::string& path, OpenStandard& standard) {
+  VyrIDrwStandard& told = standard.Told();
   const bool hasTree = path.starts_with("Root.") && !path.starts_with("Root..");
   const std::string inner = hasTree ? path.substr(5) : path;
   const std::string plain = WithoutPlaces(inner);
@@ -54,7 +54,7 @@ std::string NotFound(const Query& query) {
   if (path.find('\'') != std::string::npos) {
     return "there is no " + Quoted(path) + "; no query finds a name with an apostrophe";
   }
-  PathCorrection correction = CorrectQuery(StandardItems(query.standard.Read().document), path);
+  PathCorrection correction = CorrectQuery(StandardItems(standard.Read().document), path);
   if (!correction.isNeeded) return "there is no " + Quoted(path);
   // The file may have names that its reader passes over, and the other way round.
   if (told.HasNode(correction.path.c_str()) == 0) correction.path.clear();
@@ -198,10 +198,14 @@ void PrintType(const Query& query) {
 
 ExitStatus PrintValues(const Options& options, Session& session) {
   OpenStandard standard(options.file);
-  const PathMatches matches(standard.Input(), options.path);
-  const Query query = {options, standard, matches, session};
+  standard.ForgetRead();
   const UnshownReports unshown;
-  if (matches.Count() == 0) throw Negative(query, NotFound(query));
+  std::optional<PathMatches> matches(std::in_place, standard.Input(), options.path);
+  if (matches->Count() == 0) {
+    matches.reset();  // the standard is read once more, to tell what there is
+    throw Failure{kNegativeAnswer, options.file, 0, NotFound(options.path, standard)};
+  }
+  const Query query = {options, standard, *matches, session};
   (options.type ? PrintType : options.all ? PrintAll : PrintOne)(query);
   return kDone;
 }

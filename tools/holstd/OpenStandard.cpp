@@ -14,3 +14,8 @@ OpenStandard::OpenStandard(const std::string& file)
       told_(VyrDftStandardServices::GetStandardFromFile(input_.Path(), StandardName(file))) {
   if (!told_) throw Failure{kInvalidInput, file, 0, "cannot be opened as the application does"};
 }
+
+Standard& OpenStandard::Read() {
+  if (!standard_) standard_.emplace(ReadStandard(input_));
+  return *standard_;
+}

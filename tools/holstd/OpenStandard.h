@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "InputFile.h"
@@ -17,13 +18,15 @@ class OpenStandard {
 
   /// The file, to be read once more.
   const InputFile& Input() const { return input_; }
-  /// What the tool reads of it.
-  Standard& Read() { return standard_; }
+  /// What the tool reads of it; read again when it has been forgotten. Throws `Failure`.
+  Standard& Read();
+  /// For who needs it no more, or seldom: it takes as much memory as what answers.
+  void ForgetRead() { standard_.reset(); }
   /// Answers what the application is told.
   VyrIDrwStandard& Told() const { return *told_; }
 
  private:
   InputFile input_;
-  Standard standard_;
+  std::optional<Standard> standard_;
   VyrIDrwStandard_var told_;
 };

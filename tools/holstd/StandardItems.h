@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -80,7 +81,7 @@ class StandardItems {
   std::string PathTo(Index item, const std::string& last) const;
 
   std::vector<VyrAnnStandardXMLNode_var> tops_;
-  std::vector<Item> items_;
+  std::deque<Item> items_;  // grows without a second copy of itself
   // Of the values that were asked for last, since those of one node follow each other.
   mutable Index numberedItem_ = kNone;
   mutable std::vector<std::uint32_t> valueOrdinals_;
