@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "HolStandardInfraExport.h"
@@ -57,15 +58,18 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLNode final
 
   /// The list of children itself, borrowed until it is edited.
   const Nodes& GetNodes() const {
-    if (holes_ != 0) CloseHoles();
+    if (indexes_) BringNodesUpToDate();
     return nodes_;
   }
   /// The list of values itself, borrowed until it is edited.
-  const Values& GetValues() const { return values_; }
+  const Values& GetValues() const {
+    if (indexes_) BringValuesUpToDate();
+    return values_;
+  }
   /// Number of children.
-  int GetNumOfNode() const { return static_cast<int>(nodes_.size() - holes_); }
+  int GetNumOfNode() const { return indexes_ ? CountNodes() : static_cast<int>(nodes_.size()); }
   /// Number of values held directly; those wrapped in children do not count.
-  int GetNumOfValue() const { return static_cast<int>(values_.size()); }
+  int GetNumOfValue() const { return indexes_ ? CountValues() : static_cast<int>(values_.size()); }
 
   /// Adds a child, of which the list takes a reference of its own. A negative index appends; an
   /// index from 0 to the count less 1 inserts before that element. The count itself is refused:
@@ -121,8 +125,7 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLNode final
   VyrAnnStandardXMLNode* Clone() const;
 
  private:
-  friend struct VyrFirstMatchAccess;
-  friend class VyrAnnStandardXMLParser;
+  friend struct VyrIndexedPlaces;
   struct Indexes;
 
   ~VyrAnnStandardXMLNode() override;
@@ -131,31 +134,25 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLNode final
   const VyrAnnStandardXMLNode* FindParentOfLast(std::string_view path,
                                                 std::string_view& last) const;
   VyrAnnStandardXMLNode* FindNode(std::string_view name) const;
-  VyrAnnStandardXMLValue* FindValue(std::string_view name) const;
-  VyrAnnStandardXMLValue* FindValueByText(std::string_view text) const;
+  std::optional<std::size_t> FindNodePlace(std::string_view name) const;
+  template <class Key>
+  VyrAnnStandardXMLValue* FindValue(std::string_view key) const;
+  template <class Key>
+  std::optional<std::size_t> FindValuePlace(std::string_view key) const;
   Indexes& WideIndexes() const;
-  void Append(VyrAnnStandardXMLNode_var child);
-  void CountListing(VyrAnnStandardXMLNode& child);
-  std::size_t FirstPlace() const;
-  bool HasRepeats();
-  std::size_t FindPlace(const VyrAnnStandardXMLNode& child);
-  std::size_t FindNear(std::size_t start, const VyrAnnStandardXMLNode& child) const;
-  void CloseHoles() const;
-  void MakeHole(std::size_t place);
-  void RemoveNode(VyrAnnStandardXMLNode* child);
-  void RemoveValue(std::size_t index);
-
-  /// Whether a child may stand in the list at two places.
-  enum class Repeats : std::uint8_t { None, Possible, Certain };
+  void BringNodesUpToDate() const;
+  void BringValuesUpToDate() const;
+  int CountNodes() const;
+  int CountValues() const;
+  void GiveChildrenUp(Nodes& dying);
+  void RemoveNode(std::size_t place);
+  void RemoveValue(std::size_t place);
 
   Type type_;
-  bool isIndexed_ = false;
-  Repeats repeats_ = Repeats::None;
-  std::uint16_t timesListed_ = 0;    // at most so many places of lists hold this node
-  std::uint32_t place_ = 0;          // near where a list last held this node
-  mutable std::uint32_t holes_ = 0;  // null elements of `nodes_`, the last of which is none
+  std::uint32_t listenedAs_ = 0;        // the number by which the listener knows this node
+  VyrKeyListener* listener_ = nullptr;  // to be told of another name; borrowed
   VyrUnicodeString name_;
   mutable Nodes nodes_;
-  Values values_;
+  mutable Values values_;
   mutable std::unique_ptr<Indexes> indexes_;
 };

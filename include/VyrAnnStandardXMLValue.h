@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cstdint>
+
 #include "HolStandardInfraExport.h"
 #include "VyrBaseUnknown.h"
 #include "VyrInstanceCounter.h"
 #include "VyrUnicodeString.h"
 
 class VyrAnnStandardXMLNode;
+class VyrKeyListener;
 
 /// Shared by the two classes of the typed tree: one counter tells whether every node and value of
 /// a document was given back.
@@ -67,12 +70,13 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardXMLValue final
   VyrAnnStandardXMLValue* Clone() const;
 
  private:
-  friend struct VyrFirstMatchAccess;
+  friend struct VyrIndexedPlaces;
   ~VyrAnnStandardXMLValue() override = default;
 
   Type type_;
   int rangeVal_;
-  bool isIndexed_ = false;
+  std::uint32_t listenedAs_ = 0;        // the number by which the listener knows this value
+  VyrKeyListener* listener_ = nullptr;  // to be told of another text; borrowed
   VyrUnicodeString name_;
   VyrUnicodeString value_;
 };

@@ -1,26 +1,58 @@
 #pragma once
 
-#include "FirstMatchIndex.h"
+#include "ListIndex.h"
 
-inline std::string_view NodeNameOf(const VyrAnnStandardXMLNode& node) {
-  return node.GetNodeName().View();
-}
-inline std::string_view ValueNameOf(const VyrAnnStandardXMLValue& value) {
-  return value.GetValueName().View();
-}
-inline std::string_view ValueTextOf(const VyrAnnStandardXMLValue& value) {
-  return value.GetValue().View();
-}
+/// @{
+/// What items are found by. `kMayChange`: an item may change its key while a list holds it.
+struct NodeNameKey {
+  static constexpr bool kMayChange = true;
+  static std::string_view Of(const VyrAnnStandardXMLNode& node) {
+    return node.GetNodeName().View();
+  }
+};
+struct ValueNameKey {
+  static constexpr bool kMayChange = false;
+  static std::string_view Of(const VyrAnnStandardXMLValue& value) {
+    return value.GetValueName().View();
+  }
+};
+struct ValueTextKey {
+  static constexpr bool kMayChange = true;
+  static std::string_view Of(const VyrAnnStandardXMLValue& value) {
+    return value.GetValue().View();
+  }
+};
+/// @}
 
-/// The lookups of a wide node. A node makes them when it is first searched while it is wide.
+/// What a node keeps of its lists once one of them is wide and is searched or edited.
 struct VyrAnnStandardXMLNode::Indexes {
   /// Below this a scan is as fast as a hash and costs no memory.
-  static constexpr std::size_t kWide = 64;
+  static constexpr int kWide = 64;
 
-  std::size_t leadingHoles = 0;  // null elements before the first child
-  std::size_t firstHole = 0;     // no null element stands before it
-  std::size_t searched = 0;      // places looked at since every child last knew its own
-  FirstMatchIndex<VyrAnnStandardXMLNode, NodeNameOf, true> nodesByName;
-  FirstMatchIndex<VyrAnnStandardXMLValue, ValueNameOf, false> valuesByName;
-  FirstMatchIndex<VyrAnnStandardXMLValue, ValueTextOf, true> valuesByText;
+  Indexes(Nodes& nodesOfNode, Values& valuesOfNode) : nodes(nodesOfNode), values(valuesOfNode) {}
+
+  /// The place of the first item of that key in a list that is not wide.
+  template <class Key, class List>
+  static std::optional<std::size_t> Scan(const List& list, std::string_view key) {
+    for (std::size_t place = 0; place < list.size(); ++place) {
+      if (Key::Of(*list[place]) == key) return place;
+    }
+    return std::nullopt;
+  }
+
+  ListIndex<VyrAnnStandardXMLNode, NodeNameKey> nodes;
+  ListIndex<VyrAnnStandardXMLValue, ValueNameKey, ValueTextKey> values;
 };
+
+template <class Key>
+VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::FindValue(std::string_view key) const {
+  if (GetNumOfValue() >= Indexes::kWide) return WideIndexes().values.Find<Key>(key);
+  const std::optional<std::size_t> place = FindValuePlace<Key>(key);
+  return place ? values_[*place].Get() : nullptr;
+}
+
+template <class Key>
+std::optional<std::size_t> VyrAnnStandardXMLNode::FindValuePlace(std::string_view key) const {
+  if (GetNumOfValue() >= Indexes::kWide) return WideIndexes().values.FindPlace<Key>(key);
+  return Indexes::Scan<Key>(GetValues(), key);
+}

@@ -1,9 +1,7 @@
 #include "VyrAnnStandardXMLNode.h"
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -12,36 +10,25 @@
 
 namespace {
 
-/// Of a node that lists hold so many times, or more, the number is not kept.
-constexpr std::uint16_t kListedOften = std::numeric_limits<std::uint16_t>::max();
-
-/// Inserts by the index rule of the lists; false when the index was refused.
+/// Where the index rule of the lists inserts an item into a list of `count`; nothing when item or
+/// index was refused.
 template <class Item>
-bool Insert(std::vector<VyrVar<Item>>& list, Item* item, int index) {
-  if (!kXMLClassUnit.CheckPointer(item)) return false;
-  if (index < 0) {
-    list.push_back(VyrVar<Item>::Share(item));
-    return true;
+std::optional<std::size_t> InsertionPlace(const Item* item, int index, int count) {
+  if (!kXMLClassUnit.CheckPointer(item)) return std::nullopt;
+  if (index < 0) return static_cast<std::size_t>(count);
+  if (!kXMLClassUnit.Check(index < count, "insertion index past the last element")) {
+    return std::nullopt;
   }
-  const auto place = static_cast<std::size_t>(index);
-  if (!kXMLClassUnit.Check(place < list.size(), "insertion index past the last element")) {
-    return false;
-  }
-  list.insert(list.begin() + index, VyrVar<Item>::Share(item));
-  return true;
-}
-
-/// The place that was filled by `Insert`.
-template <class Item>
-std::size_t PlaceOf(const std::vector<VyrVar<Item>>& list, int index) {
-  return index < 0 ? list.size() - 1 : static_cast<std::size_t>(index);
+  return static_cast<std::size_t>(index);
 }
 
 /// The element that an index of a list of `count` means; nothing, reported, past the end.
-std::optional<std::size_t> ElementIndex(int index, std::size_t count) {
-  const std::size_t element = index < 0 ? count - 1 : static_cast<std::size_t>(index);
-  if (!kXMLClassUnit.Check(element < count, "index past the last element")) return std::nullopt;
-  return element;
+std::optional<std::size_t> ElementIndex(int index, int count) {
+  const int element = index < 0 ? count - 1 : index;
+  if (!kXMLClassUnit.Check(element >= 0 && element < count, "index past the last element")) {
+    return std::nullopt;
+  }
+  return static_cast<std::size_t>(element);
 }
 
 }  // namespace
@@ -52,83 +39,98 @@ VyrAnnStandardXMLNode::VyrAnnStandardXMLNode(Type type, VyrUnicodeView name)
 VyrAnnStandardXMLNode::~VyrAnnStandardXMLNode() {
   // Children that die with this node give their own children up first: a chain of destructors
   // would need one stack frame per level of the tree.
-  Nodes dying = std::move(nodes_);
+  Nodes dying;
+  GiveChildrenUp(dying);
   while (!dying.empty()) {
     const VyrAnnStandardXMLNode_var node = std::move(dying.back());
     dying.pop_back();
-    if (!node || !node->IsOnlyReference()) continue;
-    std::move(node->nodes_.begin(), node->nodes_.end(), std::back_inserter(dying));
-    node->nodes_.clear();
+    if (node->IsOnlyReference()) node->GiveChildrenUp(dying);
   }
 }
 
+/// Adds the children of a node that dies to those that may.
+void VyrAnnStandardXMLNode::GiveChildrenUp(Nodes& dying) {
+  indexes_.reset();
+  if (dying.empty()) {
+    dying.swap(nodes_);
+    return;
+  }
+  std::move(nodes_.begin(), nodes_.end(), std::back_inserter(dying));
+  nodes_.clear();
+}
+
 void VyrAnnStandardXMLNode::SetNodeName(VyrUnicodeView name) {
-  if (isIndexed_) IndexedKeyChanges::Count();
-  name_ = name;
+  VyrIndexedPlaces::Change(*this, name_, name);
 }
 
 VyrAnnStandardXMLNode::Indexes& VyrAnnStandardXMLNode::WideIndexes() const {
-  if (!indexes_) indexes_ = std::make_unique<Indexes>();
+  if (!indexes_) indexes_ = std::make_unique<Indexes>(nodes_, values_);
   return *indexes_;
 }
 
-/// A child that a list has already held may be held by this one.
-void VyrAnnStandardXMLNode::CountListing(VyrAnnStandardXMLNode& child) {
-  if (child.timesListed_ != 0 && repeats_ == Repeats::None) repeats_ = Repeats::Possible;
-  if (child.timesListed_ != kListedOften) ++child.timesListed_;
+void VyrAnnStandardXMLNode::BringNodesUpToDate() const {
+  indexes_->nodes.BringUpToDate();
 }
 
-void VyrAnnStandardXMLNode::Append(VyrAnnStandardXMLNode_var child) {
-  CountListing(*child);
-  child->place_ = static_cast<std::uint32_t>(nodes_.size());
-  nodes_.push_back(std::move(child));
+void VyrAnnStandardXMLNode::BringValuesUpToDate() const {
+  indexes_->values.BringUpToDate();
+}
+
+int VyrAnnStandardXMLNode::CountNodes() const {
+  return static_cast<int>(indexes_->nodes.GetCount());
+}
+
+int VyrAnnStandardXMLNode::CountValues() const {
+  return static_cast<int>(indexes_->values.GetCount());
 }
 
 void VyrAnnStandardXMLNode::AddNode(VyrAnnStandardXMLNode* child, int index) {
-  if (index >= 0) CloseHoles();
-  if (!Insert(nodes_, child, index)) return;
-  CountListing(*child);
-  const std::size_t place = PlaceOf(nodes_, index);
-  child->place_ = static_cast<std::uint32_t>(place);
-  if (indexes_) indexes_->nodesByName.Added(nodes_, place);
+  const int count = GetNumOfNode();
+  const std::optional<std::size_t> place = InsertionPlace(child, index, count);
+  if (!place) return;
+  VyrAnnStandardXMLNode_var added = VyrAnnStandardXMLNode_var::Share(child);
+  if (indexes_ || (index >= 0 && count >= Indexes::kWide)) {
+    WideIndexes().nodes.Insert(*place, std::move(added));
+  } else {
+    nodes_.insert(nodes_.begin() + static_cast<std::ptrdiff_t>(*place), std::move(added));
+  }
 }
 
 void VyrAnnStandardXMLNode::AddValue(VyrAnnStandardXMLValue* value, int index) {
-  if (!Insert(values_, value, index)) return;
-  if (!indexes_) return;
-  indexes_->valuesByName.Added(values_, PlaceOf(values_, index));
-  indexes_->valuesByText.Added(values_, PlaceOf(values_, index));
+  const int count = GetNumOfValue();
+  const std::optional<std::size_t> place = InsertionPlace(value, index, count);
+  if (!place) return;
+  VyrAnnStandardXMLValue_var added = VyrAnnStandardXMLValue_var::Share(value);
+  if (indexes_ || (index >= 0 && count >= Indexes::kWide)) {
+    WideIndexes().values.Insert(*place, std::move(added));
+  } else {
+    values_.insert(values_.begin() + static_cast<std::ptrdiff_t>(*place), std::move(added));
+  }
 }
 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::GetNode(int index) const {
-  const std::size_t count = nodes_.size() - holes_;
-  const std::optional<std::size_t> element = ElementIndex(index, count);
+  const std::optional<std::size_t> element = ElementIndex(index, GetNumOfNode());
   if (!element) return nullptr;
-  // Whoever deletes and looks in turn would else have the holes closed each time.
-  if (*element == 0) return nodes_[FirstPlace()].NewReference();
-  if (*element == count - 1) return nodes_.back().NewReference();
-  return GetNodes()[*element].NewReference();
+  if (!indexes_) return nodes_[*element].NewReference();
+  return VyrAnnStandardXMLNode_var::Share(indexes_->nodes.GetAt(*element)).Detach();
 }
 
 VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::GetValue(int index) const {
-  const std::optional<std::size_t> element = ElementIndex(index, values_.size());
-  return element ? values_[*element].NewReference() : nullptr;
+  const std::optional<std::size_t> element = ElementIndex(index, GetNumOfValue());
+  if (!element) return nullptr;
+  if (!indexes_) return values_[*element].NewReference();
+  return VyrAnnStandardXMLValue_var::Share(indexes_->values.GetAt(*element)).Detach();
 }
 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::FindNode(std::string_view name) const {
-  const bool isWide = nodes_.size() - holes_ >= Indexes::kWide;
-  if (isWide) return WideIndexes().nodesByName.Find(nodes_, name);
-  return decltype(Indexes::nodesByName)::Scan(nodes_, name);
+  if (GetNumOfNode() >= Indexes::kWide) return WideIndexes().nodes.Find<NodeNameKey>(name);
+  const std::optional<std::size_t> place = FindNodePlace(name);
+  return place ? nodes_[*place].Get() : nullptr;
 }
 
-VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::FindValue(std::string_view name) const {
-  if (values_.size() >= Indexes::kWide) return WideIndexes().valuesByName.Find(values_, name);
-  return decltype(Indexes::valuesByName)::Scan(values_, name);
-}
-
-VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::FindValueByText(std::string_view text) const {
-  if (values_.size() >= Indexes::kWide) return WideIndexes().valuesByText.Find(values_, text);
-  return decltype(Indexes::valuesByText)::Scan(values_, text);
+std::optional<std::size_t> VyrAnnStandardXMLNode::FindNodePlace(std::string_view name) const {
+  if (GetNumOfNode() >= Indexes::kWide) return WideIndexes().nodes.FindPlace<NodeNameKey>(name);
+  return Indexes::Scan<NodeNameKey>(GetNodes(), name);
 }
 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::GetNodeByName(VyrUnicodeView name) const {
@@ -136,109 +138,29 @@ VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::GetNodeByName(VyrUnicodeView name)
 }
 
 VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::GetValueByName(VyrUnicodeView name) const {
-  return VyrAnnStandardXMLValue_var::Share(FindValue(name)).Detach();
+  return VyrAnnStandardXMLValue_var::Share(FindValue<ValueNameKey>(name)).Detach();
 }
 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::GetDefaultNode() const {
   if (VyrAnnStandardXMLNode* named = GetNodeByName("Default")) return named;
   if (!kXMLClassUnit.Check(GetNumOfNode() != 0, "no child to be the default")) return nullptr;
-  return nodes_[FirstPlace()].NewReference();
+  return GetNode(0);
 }
 
-/// Where the first child stands, if there is one.
-std::size_t VyrAnnStandardXMLNode::FirstPlace() const {
-  return holes_ == 0 ? 0 : indexes_->leadingHoles;
-}
-
-/// Whether some child stands in the list twice.
-bool VyrAnnStandardXMLNode::HasRepeats() {
-  if (repeats_ == Repeats::Possible) {
-    std::vector<const VyrAnnStandardXMLNode*> children;
-    children.reserve(nodes_.size());
-    for (const VyrAnnStandardXMLNode_var& node : nodes_) {
-      if (node) children.push_back(node.Get());
-    }
-    std::sort(children.begin(), children.end(), std::less<>());
-    const bool has = std::adjacent_find(children.begin(), children.end()) != children.end();
-    repeats_ = has ? Repeats::Certain : Repeats::None;
-  }
-  return repeats_ == Repeats::Certain;
-}
-
-/// The first place of a child.
-std::size_t VyrAnnStandardXMLNode::FindPlace(const VyrAnnStandardXMLNode& child) {
-  if (child.timesListed_ > 1 && HasRepeats()) {
-    std::size_t place = FirstPlace();
-    while (nodes_[place].Get() != &child) ++place;
-    return place;
-  }
-  const std::size_t start = std::min<std::size_t>(child.place_, nodes_.size() - 1);
-  const std::size_t place = FindNear(start, child);
-  if (!indexes_) return place;
-  // Insertions and closed holes move children without telling them.
-  indexes_->searched += place < start ? start - place : place - start;
-  if (indexes_->searched > nodes_.size()) {
-    indexes_->searched = 0;
-    for (std::size_t i = 0; i < nodes_.size(); ++i) {
-      if (nodes_[i]) nodes_[i]->place_ = static_cast<std::uint32_t>(i);
-    }
-  }
-  return place;
-}
-
-/// A place of a child, looked for to both sides.
-std::size_t VyrAnnStandardXMLNode::FindNear(std::size_t start,
-                                            const VyrAnnStandardXMLNode& child) const {
-  for (std::size_t distance = 0;; ++distance) {
-    const std::size_t behind = start + distance;
-    if (behind < nodes_.size() && nodes_[behind].Get() == &child) return behind;
-    if (distance <= start && nodes_[start - distance].Get() == &child) return start - distance;
-  }
-}
-
-void VyrAnnStandardXMLNode::CloseHoles() const {
-  if (holes_ == 0) return;
-  const auto first = nodes_.begin() + static_cast<std::ptrdiff_t>(indexes_->firstHole);
-  nodes_.erase(std::remove(first, nodes_.end(), nullptr), nodes_.end());
-  holes_ = 0;
-  indexes_->leadingHoles = 0;
-}
-
-/// Empties the place of a child instead of closing it: whoever deletes many children one by one
-/// would else move all the others each time.
-void VyrAnnStandardXMLNode::MakeHole(std::size_t place) {
-  Indexes& indexes = WideIndexes();
-  indexes.firstHole = holes_ == 0 ? place : std::min(indexes.firstHole, place);
-  nodes_[place] = nullptr;
-  ++holes_;
-  for (; !nodes_.empty() && !nodes_.back(); nodes_.pop_back()) --holes_;
-  while (indexes.leadingHoles < nodes_.size() && !nodes_[indexes.leadingHoles]) {
-    ++indexes.leadingHoles;
-  }
-}
-
-void VyrAnnStandardXMLNode::RemoveNode(VyrAnnStandardXMLNode* child) {
-  const bool isWide = nodes_.size() - holes_ >= Indexes::kWide;
-  if (!isWide) CloseHoles();
-  const std::size_t place = FindPlace(*child);
-  const VyrAnnStandardXMLNode_var removed = nodes_[place];
-  if (removed->timesListed_ != kListedOften) --removed->timesListed_;
-  if (isWide) {
-    MakeHole(place);
+void VyrAnnStandardXMLNode::RemoveNode(std::size_t place) {
+  if (indexes_ || GetNumOfNode() >= Indexes::kWide) {
+    WideIndexes().nodes.Remove(place);
   } else {
     nodes_.erase(nodes_.begin() + static_cast<std::ptrdiff_t>(place));
   }
-  if (indexes_) indexes_->nodesByName.RemovedFirst(*removed);
-  if (holes_ > nodes_.size() / 2) CloseHoles();
 }
 
-void VyrAnnStandardXMLNode::RemoveValue(std::size_t index) {
-  const auto place = values_.begin() + static_cast<std::ptrdiff_t>(index);
-  const VyrAnnStandardXMLValue_var removed = std::move(*place);
-  values_.erase(place);
-  if (!indexes_) return;
-  indexes_->valuesByName.Removed(values_, *removed, index);
-  indexes_->valuesByText.Removed(values_, *removed, index);
+void VyrAnnStandardXMLNode::RemoveValue(std::size_t place) {
+  if (indexes_ || GetNumOfValue() >= Indexes::kWide) {
+    WideIndexes().values.Remove(place);
+  } else {
+    values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(place));
+  }
 }
 
 int VyrAnnStandardXMLNode::DeleteValue(int index) {
@@ -269,12 +191,12 @@ int VyrAnnStandardXMLNode::AddNodeWithValue(VyrUnicodeView name, VyrAnnStandardX
 
 void VyrAnnStandardXMLNode::ChangeValue(VyrUnicodeView text) {
   if (!kXMLClassUnit.Check(GetNumOfNode() == 0, "a node with children has no value")) return;
-  if (values_.size() == 1) {
-    values_.front()->SetValue(text);
+  if (GetNumOfValue() == 1) {
+    GetValues().front()->SetValue(text);
     return;
   }
   const std::size_t separator = text.find(':');
   if (separator == std::string_view::npos) return;
-  VyrAnnStandardXMLValue* value = FindValue(text.substr(0, separator));
+  VyrAnnStandardXMLValue* value = FindValue<ValueNameKey>(text.substr(0, separator));
   if (kXMLClassUnit.CheckPointer(value)) value->SetValue(text.substr(separator + 1));
 }

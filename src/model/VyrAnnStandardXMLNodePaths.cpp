@@ -40,7 +40,7 @@ VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::GetValueWithPath(VyrUnicodeView p
   std::string_view last;
   const VyrAnnStandardXMLNode* parent = FindParentOfLast(path, last);
   if (parent == nullptr) return nullptr;
-  return VyrAnnStandardXMLValue_var::Share(parent->FindValueByText(last)).Detach();
+  return VyrAnnStandardXMLValue_var::Share(parent->FindValue<ValueTextKey>(last)).Detach();
 }
 
 int VyrAnnStandardXMLNode::DeleteNodeWithPath(VyrUnicodeView path) {
@@ -48,15 +48,13 @@ int VyrAnnStandardXMLNode::DeleteNodeWithPath(VyrUnicodeView path) {
   // The parent is this node or below it, and this call may edit both.
   auto* parent = const_cast<VyrAnnStandardXMLNode*>(FindParentOfLast(path, last));
   if (parent == nullptr) return 1;
-  if (VyrAnnStandardXMLNode* child = parent->FindNode(last)) {
-    parent->RemoveNode(child);
+  if (const std::optional<std::size_t> node = parent->FindNodePlace(last)) {
+    parent->RemoveNode(*node);
     return 0;
   }
-  const VyrAnnStandardXMLValue* value = parent->FindValue(last);
-  if (value == nullptr) value = parent->FindValueByText(last);
-  if (value == nullptr) return 1;
-  std::size_t index = 0;
-  while (parent->values_[index].Get() != value) ++index;
-  parent->RemoveValue(index);
+  std::optional<std::size_t> value = parent->FindValuePlace<ValueNameKey>(last);
+  if (!value) value = parent->FindValuePlace<ValueTextKey>(last);
+  if (!value) return 1;
+  parent->RemoveValue(*value);
   return 0;
 }

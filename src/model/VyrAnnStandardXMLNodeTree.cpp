@@ -36,7 +36,7 @@ int VyrAnnStandardXMLNode::Check(VyrAnnStandardXMLNode* enumTop, VyrUnicodeView 
       enter(*visit.node->GetNodes()[visit.nextChild++]);
       continue;
     }
-    for (const auto& value : visit.node->values_) errors += value->Check(enumTop, path);
+    for (const auto& value : visit.node->GetValues()) errors += value->Check(enumTop, path);
     path.resize(visit.contextSize);
     visits.pop_back();
   }
@@ -46,8 +46,8 @@ int VyrAnnStandardXMLNode::Check(VyrAnnStandardXMLNode* enumTop, VyrUnicodeView 
 VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::Clone() const {
   const auto cloneAlone = [](const VyrAnnStandardXMLNode& node) {
     auto* copy = new VyrAnnStandardXMLNode(node.type_, node.name_);
-    copy->values_.reserve(node.values_.size());
-    for (const auto& value : node.values_) copy->values_.emplace_back(value->Clone());
+    copy->values_.reserve(node.GetValues().size());
+    for (const auto& value : node.GetValues()) copy->values_.emplace_back(value->Clone());
     copy->nodes_.reserve(node.GetNodes().size());
     return copy;
   };
@@ -62,7 +62,7 @@ VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::Clone() const {
     work.pop_back();
     for (const auto& child : pair.source->GetNodes()) {
       VyrAnnStandardXMLNode* copy = cloneAlone(*child);
-      pair.copy->Append(VyrAnnStandardXMLNode_var(copy));
+      pair.copy->nodes_.emplace_back(copy);
       work.push_back({child.Get(), copy});
     }
   }

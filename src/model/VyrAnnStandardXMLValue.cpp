@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "FirstMatchIndex.h"
+#include "IndexedPlaces.h"
 #include "VyrAnnStandardXMLNode.h"
 #include "VyrDiagnostics.h"
 #include "VyrShownText.h"
@@ -28,8 +28,7 @@ VyrAnnStandardXMLValue::VyrAnnStandardXMLValue(Type type, VyrUnicodeView value, 
     : type_(type), rangeVal_(rangeVal), name_(name), value_(value) {}
 
 void VyrAnnStandardXMLValue::SetValue(VyrUnicodeView value) {
-  if (isIndexed_) IndexedKeyChanges::Count();
-  value_ = value;
+  VyrIndexedPlaces::Change(*this, value_, value);
 }
 
 int VyrAnnStandardXMLValue::Check(VyrAnnStandardXMLNode* enumTop, VyrUnicodeView context) const {

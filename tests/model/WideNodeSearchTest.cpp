@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "FirstMatchIndex.h"
 #include "ModelTest.h"
 #include "RandomTree.h"
 
@@ -251,77 +250,6 @@ TEST_F(WideNode, FindsChildrenAskedForInOrderBackwardsAndTwice) {
     }
     EXPECT_EQ(node->GetNodeByName("n100"), nullptr);
   }
-}
-
-// --- The index itself ----------------------------------------------------------------------------
-
-int keysRead = 0;
-
-std::string_view CountedText(const Value& value) {
-  ++keysRead;
-  return value.GetValue().View();
-}
-
-using CountedIndex = FirstMatchIndex<Value, CountedText, true>;
-
-/// Texts "0" to "1999", and then all of them again.
-CountedIndex::List TextsTwice() {
-  CountedIndex::List list;
-  for (int i = 0; i < 4000; ++i) {
-    list.push_back(NewValue(Value::ValueString, std::to_string(i % 2000)));
-  }
-  return list;
-}
-
-TEST(FirstMatchIndex, ReadsFewKeysForEachRemovalOfOneOfTwo) {
-  for (const bool isFirstTaken : {true, false}) {
-    for (const bool isForward : {true, false}) {
-      CountedIndex::List list = TextsTwice();
-      CountedIndex index;
-      EXPECT_NE(index.Find(list, "0"), nullptr);
-      keysRead = 0;
-      for (int i = 0; i < 2000; ++i) {
-        const int removed = isForward ? i : 1999 - i;
-        const auto first = static_cast<std::size_t>(isForward ? 0 : removed);
-        const std::size_t second = isForward ? 2000 : static_cast<std::size_t>(2000 + removed);
-        const std::size_t place = isFirstTaken ? first : second;
-        const Value_var value = list[place];
-        list.erase(list.begin() + static_cast<std::ptrdiff_t>(place));
-        index.Removed(list, *value, place);
-      }
-      for (int i = 0; i < 2000; ++i) {
-        ASSERT_EQ(index.Find(list, std::to_string(i)), list[static_cast<std::size_t>(i)].Get());
-      }
-      EXPECT_LT(keysRead, 10 * 4000) << isFirstTaken << isForward;
-    }
-  }
-}
-
-TEST(FirstMatchIndex, KeepsTheOrderOfOneKeyThroughEditsAtAnyPlace) {
-  CountedIndex::List list;
-  CountedIndex index;
-  for (int i = 0; i < 100; ++i) list.push_back(NewValue(Value::ValueString, "same"));
-  EXPECT_EQ(index.Find(list, "same"), list[0].Get());
-  for (int i = 0; i < 500; ++i) {
-    const std::size_t place = static_cast<std::size_t>(i * 37) % list.size();
-    if (i % 2 == 0) {
-      const Value_var value = list[place];
-      list.erase(list.begin() + static_cast<std::ptrdiff_t>(place));
-      index.Removed(list, *value, place);
-    } else {
-      list.insert(list.begin() + static_cast<std::ptrdiff_t>(place),
-                  i % 5 == 0 ? list[place] : NewValue(Value::ValueString, "same"));
-      index.Added(list, place);
-    }
-    ASSERT_EQ(index.Find(list, "same"), list[0].Get()) << i;
-  }
-  while (!list.empty()) {
-    ASSERT_EQ(index.Find(list, "same"), list[0].Get());
-    const Value_var value = list[0];
-    list.erase(list.begin());
-    index.Removed(list, *value, 0);
-  }
-  EXPECT_EQ(index.Find(list, "same"), nullptr);
 }
 
 }  // namespace
