@@ -3,12 +3,19 @@
 #include <algorithm>
 #include <functional>
 
+#include "VyrSteps.h"
+#include "VyrXMLNameWalk.h"
+
 namespace {
 
 constexpr std::uint32_t kFree = ~std::uint32_t{0};
 constexpr std::size_t kFewestSlots = 64;
 // So many candidates are looked at faster than a better way to them is found.
 constexpr std::size_t kFewCandidates = 64;
+// So many steps are looked at ahead for a rare name: no path of a standard is as long.
+constexpr std::size_t kStepsAhead = 16;
+// The elements that a search may look at, for each item of the document.
+constexpr std::size_t kMostWorkOfItem = 8;
 
 std::uint32_t HashOf(std::uint32_t namespaceId, std::string_view name) {
   const std::size_t hash = std::hash<std::string_view>()(name);
@@ -49,6 +56,7 @@ class VyrXMLNameIndex::Builder {
     Index open = root;
     std::uint32_t depth = 0;
     occurrences_.reserve(tree_.GetCount() / 2);
+    index_.groupOf_.assign(tree_.GetCount(), VyrXMLNameWalk::kUnnamed);
     for (Index item = root + 1; item < tree_.GetEnd(root); ++item) {
       if (tree_.GetKind(item) != VyrXMLTree::Kind::Element) continue;
       for (; open != tree_.GetParent(item); open = tree_.GetParent(open)) --depth;
@@ -65,6 +73,7 @@ class VyrXMLNameIndex::Builder {
     if (tree_.GetParent(item) < lastParents_[number]) group.byParent = 0;
     lastParents_[number] = tree_.GetParent(item);
     ++group.count;
+    index_.groupOf_[item] = number;
     occurrences_.push_back({item, number});
   }
 
@@ -133,12 +142,6 @@ const VyrXMLTree::Attribute* VyrXMLNameIndex::NameAttribute(Index element) const
   return nullptr;
 }
 
-bool VyrXMLNameIndex::IsIn(Index element, const Group& group) const {
-  if (names_[tree_.GetNameId(element)].namespaceId != group.namespaceId) return false;
-  const VyrXMLTree::Attribute* name = NameAttribute(element);
-  return name != nullptr && tree_.GetValue(*name) == group.name;
-}
-
 std::size_t VyrXMLNameIndex::Slot(std::uint32_t hash, std::uint32_t namespaceId,
                                   std::string_view name) const {
   const std::size_t mask = slots_.size() - 1;
@@ -181,10 +184,12 @@ std::vector<VyrXMLNameIndex::Index> VyrXMLNameIndex::Find(const VyrNameChain& ch
   }
   std::vector<Index> contexts = {root};
   std::vector<Index> found;
+  std::size_t work = 0;
   for (std::span<const Leg> legs = path; !legs.empty() && !contexts.empty();) {
     const bool mayTakeMore = contexts.size() == 1 && !legs.front().isChild;
     const std::size_t taken = mayTakeMore ? FarthestLegToTake(contexts.front(), legs) : 1;
     if (taken > 1) {
+      work += Below(contexts.front(), *legs[taken - 1].group).size() * deepest_;
       AddDescendantsThrough(contexts.front(), legs.first(taken), found);
     } else if (legs.front().isChild) {
       AddChildren(contexts, legs.front(), found);
@@ -192,6 +197,13 @@ std::vector<VyrXMLNameIndex::Index> VyrXMLNameIndex::Find(const VyrNameChain& ch
       AddDescendants(contexts, legs.front(), found);
     }
     legs = legs.subspan(taken);
+    work += contexts.size() + found.size();
+    VyrSteps::Count(contexts.size() + found.size());
+    // One walk over the document costs less than what it comes to where names repeat on and on.
+    if (work > kMostWorkOfItem * tree_.GetCount()) {
+      return VyrXMLNameWalk(tree_, groupOf_)
+          .Find(std::vector<VyrXMLNameWalk::Step>(path.begin(), path.end()));
+    }
     contexts.swap(found);
     found.clear();
   }
@@ -213,7 +225,7 @@ bool VyrXMLNameIndex::Prepare(std::span<const VyrNameChain::Step> steps,
     }
     const Group* group = FindGroup(namespaceId, step.name);
     if (group == nullptr) return false;
-    legs.push_back({group, step.isChild});
+    legs.push_back({{static_cast<std::uint32_t>(group - groups_.data()), step.isChild}, group});
   }
   return true;
 }
@@ -226,7 +238,8 @@ std::size_t VyrXMLNameIndex::FarthestLegToTake(Index from, std::span<const Leg> 
   std::size_t taken = 1;
   std::size_t least = Below(from, *legs.front().group).size();
   if (least <= kFewCandidates) return taken;
-  for (std::size_t i = 1; i < legs.size() && !legs[i].isChild; ++i) {
+  const std::size_t end = std::min(legs.size(), kStepsAhead);
+  for (std::size_t i = 1; i < end && !legs[i].isChild; ++i) {
     const std::size_t cost = Below(from, *legs[i].group).size() * deepest_;
     if (cost >= least) continue;
     least = cost;
@@ -263,7 +276,8 @@ void VyrXMLNameIndex::AddDescendantsThrough(Index context, std::span<const Leg> 
 /// that takes each name where it first can finds the chain if there is one.
 bool VyrXMLNameIndex::IsReachedThrough(std::span<const Leg> legs, Index context, Index item) const {
   for (Index up = tree_.GetParent(item); up != context && !legs.empty(); up = tree_.GetParent(up)) {
-    if (IsIn(up, *legs.back().group)) legs = legs.first(legs.size() - 1);
+    VyrSteps::Count();
+    if (groupOf_[up] == legs.back().number) legs = legs.first(legs.size() - 1);
   }
   return legs.empty();
 }

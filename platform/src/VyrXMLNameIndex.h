@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "VyrNameChain.h"
+#include "VyrXMLNameWalk.h"
 #include "VyrXMLTree.h"
 
 /// The named elements of a document by namespace and name, so that a chain of names is followed by
@@ -47,16 +48,14 @@ class VyrXMLNameIndex {
   static constexpr std::uint32_t kSameOrder = ~std::uint32_t{0};
 
   /// A step, prepared to be taken.
-  struct Leg {
+  struct Leg : VyrXMLNameWalk::Step {
     const Group* group;
-    bool isChild;
   };
 
   /// Sorts the elements into groups.
   class Builder;
 
   const VyrXMLTree::Attribute* NameAttribute(Index element) const;
-  bool IsIn(Index element, const Group& group) const;
   /// Place in `slots_` of a group or, when there is no such group, where it would be.
   std::size_t Slot(std::uint32_t hash, std::uint32_t namespaceId, std::string_view name) const;
   const Group* FindGroup(std::uint32_t namespaceId, std::string_view name) const;
@@ -77,7 +76,8 @@ class VyrXMLNameIndex {
   std::vector<NameTraits> names_;  // by name identifier of the tree
   std::unordered_map<std::string_view, std::uint32_t> namespaces_;
   std::vector<Group> groups_;
-  std::vector<std::uint32_t> slots_;  // hash table of groups by namespace and name
+  std::vector<std::uint32_t> groupOf_;  // by item, where it is an element with a name
+  std::vector<std::uint32_t> slots_;    // hash table of groups by namespace and name
   std::vector<Index> items_;
   std::vector<Index> itemsByParent_;
   std::uint32_t deepest_ = 0;  // levels of elements below the document element
