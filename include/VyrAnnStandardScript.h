@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -42,6 +43,10 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
     EachNode,  ///< "each-node"
   };
 
+  /// Most bytes of text that a command of an each-verb may add: its own text, once for each child.
+  /// One that would add more is a mistake, or an attempt to fill the memory.
+  static constexpr std::size_t kMostAdded = std::size_t{256} << 20;
+
   /// One command of a script. Its texts are borrowed from the script's.
   struct Command {
     int line;                  ///< 1-based line of the script
@@ -56,7 +61,8 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
     bool AppliesTo(std::string_view parentStandard) const;
     /// Runs the command, whatever the parent standard of `document`, which is only borrowed. Result
     /// as of the document's commands: 0 done, 1 nothing found to do it to, 2 a position that is no
-    /// number; of an each-verb 0, or 1 when the node is missing or has no children.
+    /// number; of an each-verb 0, or 1 when the node is missing or has no children, or 3 when it
+    /// would add more than `kMostAdded`, in which case nothing is added.
     int Run(VyrAnnStandardXMLParser& document) const;
   };
 

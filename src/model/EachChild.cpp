@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "VyrAnnStandardScript.h"
 #include "VyrAnnStandardXMLParser.h"
 
 namespace {
@@ -12,6 +13,8 @@ HRESULT SendToEachChild(VyrAnnStandardXMLParser& document, Command command,
                         VyrUnicodeView parentPath, VyrUnicodeView suffix, int position) {
   const VyrAnnStandardXMLNode_var parent(document.GetNodeWithPath(parentPath));
   if (!parent || parent->GetNumOfNode() == 0) return E_FAIL;
+  const auto count = static_cast<std::size_t>(parent->GetNumOfNode());
+  if (suffix.size() > VyrAnnStandardScript::kMostAdded / count) return E_INVALIDARG;
   // The names first: a command may add to the very list that is walked.
   const VyrAnnStandardXMLNode::Nodes children = parent->GetNodes();
   for (const VyrAnnStandardXMLNode_var& child : children) {

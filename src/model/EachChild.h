@@ -7,7 +7,8 @@ class VyrAnnStandardXMLParser;
 
 /// Sends `AddValueWithPath(parentPath + "." + child + suffix, position)` for every child of the
 /// node at `parentPath`, in order. `suffix` begins with "." or ":". `S_OK` when at least one child
-/// was served; `E_FAIL` when the node is missing or has no children.
+/// was served; `E_FAIL` when the node is missing or has no children; `E_INVALIDARG`, with nothing
+/// added, when all the suffixes would come to more than `VyrAnnStandardScript::kMostAdded`.
 HRESULT AddValueToEachChild(VyrAnnStandardXMLParser& document, VyrUnicodeView parentPath,
                             VyrUnicodeView suffix, int position);
 /// The same with `AddNodeWithPath`.

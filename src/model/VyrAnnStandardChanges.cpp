@@ -84,10 +84,12 @@ std::string KeyOf(const Value& value) {
 class Comparison {
  public:
   void Compare(const Node& before, const Node& after) {
-    work_.push_back({&before, &after, KeyOf(after)});
+    work_.push_back({&before, &after, KeyOf(after), 0});
     while (!work_.empty()) {
       const Pair pair = std::move(work_.back());
       work_.pop_back();
+      path_.resize(pair.parentSize);
+      path_.append(pair.step);
       CompareNode(pair);
     }
   }
@@ -98,15 +100,17 @@ class Comparison {
   struct Pair {
     const Node* before;
     const Node* after;
-    std::string path;
+    std::string step;        // what its path has behind that of the node above
+    std::size_t parentSize;  // of the path of the node above
   };
 
-  void Report(const std::string& path, const std::string& before, const std::string& after) {
+  /// Of the node that is compared, or of its value of that key.
+  void Report(const std::string& key, const std::string& before, const std::string& after) {
     if (before == after) return;
     const Change::Kind kind = before.empty()  ? Change::Kind::Added
                               : after.empty() ? Change::Kind::Deleted
                                               : Change::Kind::Changed;
-    changes_.push_back({kind, path, before, after});
+    changes_.push_back({kind, key.empty() ? path_ : path_ + "." + key, before, after});
   }
 
   void CompareNode(const Pair& pair) {
@@ -115,15 +119,15 @@ class Comparison {
       if (node == nullptr) return "";
       return wrapped(node) ? Described(*node->GetValues().front(), true) : KindOf(*node);
     };
-    Report(pair.path, described(pair.before), described(pair.after));
+    Report("", described(pair.before), described(pair.after));
     if (!wrapped(pair.before) || !wrapped(pair.after)) {
       CompareValues(wrapped(pair.before) ? nullptr : pair.before,
-                    wrapped(pair.after) ? nullptr : pair.after, pair.path);
+                    wrapped(pair.after) ? nullptr : pair.after);
     }
     PushChildren(pair);
   }
 
-  void CompareValues(const Node* before, const Node* after, const std::string& path) {
+  void CompareValues(const Node* before, const Node* after) {
     std::unordered_map<std::string, std::string> old;
     const auto forEach = [](const Node* node, auto visit) {
       Counter names;
@@ -136,11 +140,11 @@ class Comparison {
     std::unordered_map<std::string, bool> kept;
     forEach(after, [&](const std::string& key, const std::string&) { kept[key] = true; });
     forEach(before, [&](const std::string& key, const std::string& text) {
-      if (!kept.contains(key)) Report(path + "." + key, text, "");
+      if (!kept.contains(key)) Report(key, text, "");
     });
     forEach(after, [&](const std::string& key, const std::string& text) {
       const auto found = old.find(key);
-      Report(path + "." + key, found == old.end() ? "" : found->second, text);
+      Report(key, found == old.end() ? "" : found->second, text);
     });
   }
 
@@ -158,17 +162,18 @@ class Comparison {
     forEach(pair.before, [&](const std::string& key, const Node* node) { old[key] = node; });
     forEach(pair.after, [&](const std::string& key, const Node*) { kept[key] = true; });
     forEach(pair.before, [&](const std::string& key, const Node* node) {
-      if (!kept.contains(key)) children.push_back({node, nullptr, pair.path + "." + key});
+      if (!kept.contains(key)) children.push_back({node, nullptr, "." + key, path_.size()});
     });
     forEach(pair.after, [&](const std::string& key, const Node* node) {
       const auto found = old.find(key);
-      children.push_back(
-          {found == old.end() ? nullptr : found->second, node, pair.path + "." + key});
+      const Node* const counterpart = found == old.end() ? nullptr : found->second;
+      children.push_back({counterpart, node, "." + key, path_.size()});
     });
     work_.insert(work_.end(), std::make_move_iterator(children.rbegin()),
                  std::make_move_iterator(children.rend()));
   }
 
+  std::string path_;  // of the node that is compared: made once, since a tree may be deep
   std::vector<Pair> work_;
   std::vector<Change> changes_;
 };

@@ -52,6 +52,11 @@ bool SplitEach(std::string_view text, std::string_view& path, std::string_view& 
   return false;
 }
 
+int ResultOfEach(HRESULT result) {
+  if (result == S_OK) return 0;
+  return result == E_INVALIDARG ? 3 : 1;
+}
+
 }  // namespace
 
 bool VyrAnnStandardScript::Command::AppliesTo(std::string_view parentStandard) const {
@@ -76,9 +81,9 @@ int VyrAnnStandardScript::Command::Run(VyrAnnStandardXMLParser& document) const 
     case Verb::Delete:
       return document.DeleteNodeWithPath(text);
     case Verb::Each:
-      return AddValueToEachChild(document, path, text, 1) == S_OK ? 0 : 1;
+      return ResultOfEach(AddValueToEachChild(document, path, text, 1));
     case Verb::EachNode:
-      return AddNodeToEachChild(document, path, text, 0) == S_OK ? 0 : 1;
+      return ResultOfEach(AddNodeToEachChild(document, path, text, 0));
   }
   return 1;
 }

@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "HostileText.h"
+#include "ModelTest.h"
+#include "ProcessApart.h"
 #include "VyrAnnStandardChanges.h"
 #include "VyrAnnStandardXMLParser.h"
 
@@ -11,6 +14,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+using namespace modeltest;
 
 using Change = VyrAnnStandardChange;
 
@@ -109,6 +114,24 @@ TEST_F(Changes, TreesOfAnyDepthAreCompared) {
     deepest = child;
   }
   EXPECT_EQ(Found().size(), 5000u);
+}
+
+TEST(StandardChanges, OfATreeAsDeepAsItsFileIsLongAreTold) {
+  const auto deep = [](const char* text) {
+    Node_var top = NewNode("Root");
+    Node_var lowest = top;
+    for (std::size_t i = 0; i < kMillion; ++i) lowest = AddChild(*lowest, "n");
+    AddString(*AddChild(*lowest, "last"), "", text);
+    return top;
+  };
+  const ApartRun run = RunApart([&] {
+    const auto changes = VyrCompareStandards(*deep("old"), *deep("new"));
+    if (changes.size() != 1) return std::string("another number");
+    return std::to_string(changes[0].path.View().size()) + " " + changes[0].before.CString() +
+           changes[0].after.CString();
+  });
+  const std::size_t size = std::string("Root").size() + 2 * kMillion + std::string(".last").size();
+  EXPECT_EQ(run.answer, std::to_string(size) + " string 'old'string 'new'") << run.end;
 }
 
 }  // namespace

@@ -207,6 +207,22 @@ TEST_F(ScriptRun, EachOfAMissingNodeOrOneWithoutChildrenIsNotFoundAndChangesNoth
   EXPECT_EQ(Describe(document), before);
 }
 
+TEST_F(ScriptRun, EachAddsNothingWhenItsTextComesToMoreThanACommandMayAdd) {
+  const Node_var node(document.GetNodeWithPath("Root"));
+  constexpr std::size_t children = 1000;
+  const Node_var wide = AddChild(*node, "Wide");
+  for (std::size_t i = 0; i < children; ++i) AddChild(*wide, "n" + std::to_string(i));
+  constexpr std::size_t most = VyrAnnStandardScript::kMostAdded / children;
+  for (const std::string verb : {"each", "each-node"}) {
+    const std::string begin = verb == "each" ? ":V:string:" : ":";
+    const std::string text = verb + " Root.Wide " + begin + std::string(most, 'x');
+    const VyrAnnStandardScript script(text);
+    ASSERT_EQ(script.GetCommands().size(), 1u) << verb;
+    EXPECT_EQ(script.GetCommands()[0].Run(document), 3) << verb;
+    for (const Node_var& child : wide->GetNodes()) EXPECT_EQ(child->GetNumOfNode(), 0) << verb;
+  }
+}
+
 TEST_F(ScriptRun, EachIsDoneWhenAChildWasServedThoughSomeLackTheSubpath) {
   EXPECT_EQ(Run("node Root.S.B:Text\neach Root.S .Text:X:int:1"), 0);
   EXPECT_EQ(DescribeAt(document, "Root.S"),

@@ -156,7 +156,15 @@ void RunEach(CommandPaths& paths, const Step& step, Literals& literals) {
   command.verb = step.command.verb == Verb::Each ? Verb::Value : Verb::Node;
   command.path = {};
   // The names first: a command may add to the very list that is walked.
-  for (const std::string& child : NamesOfChildren(*parent)) {
+  const std::vector<std::string> children = NamesOfChildren(*parent);
+  if (step.command.text.size() > VyrAnnStandardScript::kMostAdded / children.size()) {
+    throw Failure{kInvalidInput, step.place, step.line,
+                  "would add " + std::to_string(step.command.text.size()) + " bytes to each of " +
+                      std::to_string(children.size()) + " children, and one command adds " +
+                      std::to_string(VyrAnnStandardScript::kMostAdded >> 20) +
+                      " MB at most; serve them by several commands"};
+  }
+  for (const std::string& child : children) {
     std::string text(step.command.path);
     text.append(".").append(child).append(step.command.text);
     command.text = text;
