@@ -44,15 +44,18 @@ struct VyrAnnStandardXMLNode::Indexes {
   ListIndex<VyrAnnStandardXMLValue, ValueNameKey, ValueTextKey> values;
 };
 
+// Inline, or the library would show a symbol for each key.
+
 template <class Key>
-VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::FindValue(std::string_view key) const {
+inline VyrAnnStandardXMLValue* VyrAnnStandardXMLNode::FindValue(std::string_view key) const {
   if (GetNumOfValue() >= Indexes::kWide) return WideIndexes().values.Find<Key>(key);
   const std::optional<std::size_t> place = FindValuePlace<Key>(key);
   return place ? values_[*place].Get() : nullptr;
 }
 
 template <class Key>
-std::optional<std::size_t> VyrAnnStandardXMLNode::FindValuePlace(std::string_view key) const {
+inline std::optional<std::size_t> VyrAnnStandardXMLNode::FindValuePlace(
+    std::string_view key) const {
   if (GetNumOfValue() >= Indexes::kWide) return WideIndexes().values.FindPlace<Key>(key);
   return Indexes::Scan<Key>(GetValues(), key);
 }
