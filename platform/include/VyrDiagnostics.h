@@ -32,7 +32,8 @@ HOLSTANDARDINFRA_EXPORT bool VyrDevelopmentStage();
 /// Says so, for the whole process; from any thread.
 HOLSTANDARDINFRA_EXPORT void VyrSetDevelopmentStage(bool development);
 
-/// Sends one line to the error log. Control characters in it, but for the line end, become "?".
+/// Sends one line to the error log. What `VyrShownText` would escape, but for the line end, becomes
+/// "?", each of its bytes.
 HOLSTANDARDINFRA_EXPORT void VyrSysLogError(std::string_view text);
 /// Sends `text` to the abend log; in a development-stage run, unless a host receives that itself,
 /// the process is then aborted.

@@ -33,8 +33,9 @@ class HOLSTANDARDINFRA_EXPORT VyrTrace {
 
   /// The blanks that begin a line inside the blocks which are open on this thread: two a block.
   static std::string Indentation();
-  /// Formats one or more lines as `printf` does and sends them to the trace sink; nothing while the
-  /// channel is off. The line ends belong to the format.
+  /// Formats a line as `printf` does and sends it to the trace sink; nothing while the channel is
+  /// off. The line end at its end belongs to the format; whatever else a terminal would obey shows
+  /// as an escape.
   void Print(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
   /// The channel of that name, borrowed; null when there is none.

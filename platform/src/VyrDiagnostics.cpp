@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "VyrShownText.h"
 #include "VyrUtf8.h"
 
 namespace {
@@ -24,20 +25,21 @@ SharedSinks& Sinks() {
 
 std::atomic<bool> developmentStage{false};
 
-bool IsControlCharacter(char character) {
-  return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+/// The line without its line end.
+template <class Text>
+Text LineOf(Text text) {
+  return text.subspan(0, text.size() - (!text.empty() && text.back() == '\n' ? 1 : 0));
 }
 
-/// Where the line ends; its line end is not of it.
-template <class Text>
-auto EndOfLine(Text& text) {
-  return text.end() - (!text.empty() && text.back() == '\n' ? 1 : 0);
-}
-
-/// Names of files stand in reports, and a hostile one must not forge lines of the log.
-template <class Text>
-void Clean(Text& text) {
-  std::replace_if(text.begin(), EndOfLine(text), IsControlCharacter, '?');
+/// Names of files stand in reports, and a hostile one must not forge lines of the log. A byte is
+/// put for a byte, since a check may fail because there is no memory left.
+void Clean(std::span<char> text) {
+  const std::span<char> line = LineOf(text);
+  const std::string_view shown(line.data(), line.size());
+  for (VyrUnshown unshown = VyrFindUnshown(shown); unshown.at < shown.size();
+       unshown = VyrFindUnshown(shown, unshown.at + unshown.size)) {
+    std::fill_n(line.begin() + static_cast<std::ptrdiff_t>(unshown.at), unshown.size, '?');
+  }
 }
 
 void WriteToStandardError(std::string_view text) {
@@ -73,7 +75,8 @@ void VyrSetDevelopmentStage(bool development) {
 }
 
 void VyrSysLogError(std::string_view text) {
-  if (!std::any_of(text.begin(), EndOfLine(text), IsControlCharacter)) {
+  const std::span<const char> line = LineOf(std::span<const char>(text));
+  if (VyrFindUnshown({line.data(), line.size()}).at >= line.size()) {
     Send(&VyrDiagnosticSinks::errorLog, text);
     return;
   }
@@ -104,12 +107,11 @@ void VyrSourceUnit::Report(const char* kind, std::string_view message,
   const int length = std::snprintf(
       text, sizeof text, ">> ASSERTION FAILED %.32s: %.*s [File: %.128s:%4d].<<\n", kind,
       static_cast<int>(limited.size()), limited.data(), name_, static_cast<int>(where.line()));
+  Clean({text, std::min<std::size_t>(std::max(length, 0), sizeof text - 1)});
   if (VyrDevelopmentStage()) {
     Send(&VyrDiagnosticSinks::print, text);
     VyrSysLogAbend(text);
   } else {
-    std::span<char> report(text, std::min<std::size_t>(std::max(length, 0), sizeof text - 1));
-    Clean(report);
     Send(&VyrDiagnosticSinks::errorLog, text);
   }
 }

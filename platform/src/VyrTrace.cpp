@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "VyrDiagnostics.h"
+#include "VyrShownText.h"
 #include "VyrUtf8.h"
 
 namespace {
@@ -69,6 +70,25 @@ std::string Formatted(const char* format, std::va_list arguments) {
   return line;
 }
 
+/// What a line is about comes out of files, and must neither forge lines nor be obeyed. Its end is
+/// its own, and the tabs between its columns where it has some.
+void EscapeBeforeEnd(std::string& line, bool hasColumns) {
+  const std::size_t end = line.size() - (line.ends_with('\n') ? 1 : 0);
+  const auto isOwn = [&](const VyrUnshown& unshown) {
+    return unshown.at >= end || (hasColumns && unshown.code == '\t');
+  };
+  std::string escaped;
+  std::size_t done = 0;
+  for (VyrUnshown unshown = VyrFindUnshown(line); unshown.at < line.size();
+       unshown = VyrFindUnshown(line, unshown.at + unshown.size)) {
+    if (isOwn(unshown)) continue;
+    escaped.append(line, done, unshown.at - done);
+    done = unshown.at + unshown.size;
+    escaped += VyrShownText(std::string_view(line).substr(unshown.at, unshown.size));
+  }
+  if (done > 0) line = escaped.append(line, done, std::string::npos);
+}
+
 }  // namespace
 
 void VyrTrace::Print(const char* format, ...) {
@@ -77,6 +97,7 @@ void VyrTrace::Print(const char* format, ...) {
   va_start(arguments, format);
   std::string line = Formatted(format, arguments);
   va_end(arguments);
+  EscapeBeforeEnd(line, std::string_view(format).find('\t') != std::string_view::npos);
   const auto most = static_cast<std::size_t>(std::max(lineSize_ - 1, 0));
   if (lineSize_ > 0 && line.size() > most) {
     line.resize(VyrCutUtf8(line, most - 1).size());

@@ -5,6 +5,7 @@
 
 #include "VyrDifDftStyle.h"
 #include "VyrDifTransientStandard.h"
+#include "VyrShownText.h"
 
 // The styles of a standard, and the current style of each object type.
 
@@ -30,7 +31,8 @@ HRESULT VyrDifTransientStandard::GetStylesNames(const char* type,
   for (const VyrIDOMNode_var& child : ChildrenOf(*node)) {
     if (NodeNameOf(*child).View() != "std:node") continue;
     VyrUnicodeString name = AttributeOf(*child, "name");
-    TraceLine(transientStandardTrace, "%s\t'%s'\n", name.CString());
+    TraceLine(transientStandardTrace, "%s\t'%s'\n",
+              VyrShownText(name.View(), kMostShownInTrace).c_str());
     if (!name.IsEmpty()) names->push_back(std::move(name));
   }
   return S_OK;

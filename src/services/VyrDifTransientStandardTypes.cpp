@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "VyrDifTransientStandard.h"
+#include "VyrShownText.h"
 
 // The types of values, and the thickness table.
 
@@ -36,7 +37,8 @@ bool FindCommonName(const StandardNodes& nodes, VyrUnicodeString& common) {
   for (const VyrIDOMNode_var& node : nodes) {
     VyrUnicodeString name = NodeNameOf(*node);
     if (name.IsEmpty()) continue;
-    TraceLine(transientStandardTrace, "%s\t'%s'\n", name.CString());
+    TraceLine(transientStandardTrace, "%s\t'%s'\n",
+              VyrShownText(name.View(), kMostShownInTrace).c_str());
     if (common.IsEmpty())
       common = std::move(name);
     else if (!(name == common))

@@ -199,6 +199,20 @@ TEST(Complete, ScriptForBashOffersTheSame) {
       << "unless it was told not to";
 }
 
+// What bash puts on the line is a word that means the name, and nothing that it would run.
+TEST(Complete, ScriptForBashOffersNamesAsTheShellReadsThem) {
+  const TemporaryFolder folder;
+  const std::string name = "x'$(false)`false`\\!\" &<";
+  const std::string file =
+      folder.Write("a.xml", Document("<std:node name=\"x'$(false)`false`\\!&quot; &amp;&lt;\"/>"));
+  for (const std::string quote : {"", "'", "\""}) {
+    const auto offered = OfferedByBash({"tree", file, quote + "x"});
+    ASSERT_EQ(offered.size(), 1u) << quote;
+    EXPECT_THAT(LinesOfShell("bash", "printf '%s\\n' " + quote + offered[0] + quote),
+                ElementsAre(name));
+  }
+}
+
 TEST(Complete, ScriptForBashAsksTheShellForFiles) {
   const TemporaryFolder folder;
   const std::string file = folder.Write("only one", "");

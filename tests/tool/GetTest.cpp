@@ -104,9 +104,9 @@ TEST(Get, JsonTellsTypeAndQualifier) {
   }
 }
 
-TEST(Get, TheTextOfAValueComesAsItIs) {
+TEST(Get, TheTextOfAValueComesOnOneLineAndInJsonAsItIs) {
   const std::string text = Document(Parameter("Note", "strval", " \xC3\xA4 &lt;a&gt;\n b\t"));
-  EXPECT_EQ(RunTool({"get", "-", "Note"}, {.input = text}).out, " \xC3\xA4 <a>\n b\t\n");
+  EXPECT_EQ(RunTool({"get", "-", "Note"}, {.input = text}).out, " \xC3\xA4 <a>\\n b\\t\n");
   EXPECT_EQ(ParsedJson(RunTool({"get", "-", "Note", "--json"}, {.input = text}))["value"],
             " \xC3\xA4 <a>\n b\t");
 }
@@ -115,7 +115,7 @@ TEST(Get, TheMatchesAreThoseOfAllNodesOfEveryNameInTheOrderOfTheFile) {
   const ToolRun all = GetOf(RepeatedNames(), "Group.Entry.X", {"--all"});
   EXPECT_EQ(all.status, 0) << all.err;
   EXPECT_EQ(all.out, "a\nb\nc\nd\\ne\nf\n");
-  const std::vector<std::string> values = {"a", "b", "c", "d\ne", "f"};
+  const std::vector<std::string> values = {"a", "b", "c", "d\\ne", "f"};
   for (std::size_t i = 0; i < values.size(); ++i) {
     const ToolRun one = GetOf(RepeatedNames(), "Group.Entry.X", {"--index", std::to_string(i + 1)});
     EXPECT_EQ(one.status, 0) << one.err;

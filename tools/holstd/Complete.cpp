@@ -13,6 +13,7 @@
 #include "Subcommands.h"
 #include "VyrAnnStdEngineeringSymbolsServices.h"
 #include "VyrListValVyrUnicodeString.h"
+#include "VyrShownText.h"
 #include "VyrTrace.h"
 
 // What a shell offers for the word that is being written: the scripts of bash and zsh hand over the
@@ -49,12 +50,12 @@ class Offers {
   }
   void Ask(const char* kind) { lines_.emplace_back(kind); }
 
-  /// A line each; words with control characters would be taken for several.
+  /// A line each. The shell puts what is chosen on its line, where nobody could write what is not
+  /// shown as it is: such words are not offered.
   void Print(Session& session) const {
     for (const std::string& line : lines_) {
-      const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20; };
-      const auto from = line.begin() + (line == kFiles || line == kFolders ? 1 : 0);
-      if (std::none_of(from, line.end(), isControl)) session.Print(line + "\n");
+      const std::size_t from = line == kFiles || line == kFolders ? 1 : 0;
+      if (VyrFindUnshown(line, from).at == std::string::npos) session.Print(line + "\n");
     }
   }
 

@@ -3,8 +3,10 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <utility>
 
 #include "ValueMeaning.h"
+#include "VyrShownText.h"
 
 namespace {
 
@@ -27,10 +29,29 @@ const char* TypeWord(Value::Type type) {
   return "unknown";
 }
 
-std::string Escape(const char* format, unsigned int code) {
-  std::array<char, 16> text{};
-  std::snprintf(text.data(), text.size(), format, code);
-  return text.data();
+/// The escapes of JSON, which a reader takes for the character itself.
+std::string JsonEscape(char32_t code) {
+  const auto unit = [](char32_t utf16) {
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "\\u%04x", static_cast<unsigned int>(utf16));
+    return std::string(text.data());
+  };
+  if (code < 0x10000) return unit(code);
+  return unit(0xD800 + ((code - 0x10000) >> 10)) + unit(0xDC00 + (code & 0x3FF));
+}
+
+/// JSON whose strings hold nothing that a terminal would obey. The control characters of ASCII in
+/// it are its own line ends: in strings they are escapes already.
+std::string WithJsonEscapes(std::string json) {
+  std::string escaped;
+  std::size_t done = 0;
+  for (VyrUnshown unshown = VyrFindUnshown(json); unshown.at < json.size();
+       unshown = VyrFindUnshown(json, unshown.at + unshown.size)) {
+    if (unshown.code < ' ') continue;
+    escaped.append(json, done, unshown.at - done).append(JsonEscape(unshown.code));
+    done = unshown.at + unshown.size;
+  }
+  return done == 0 ? std::move(json) : escaped.append(json, done, std::string::npos);
 }
 
 /// True for a byte of UTF-8 that continues a character.
@@ -45,29 +66,11 @@ bool IsTextual(Value::Type type) {
 }  // namespace
 
 std::string Printable(std::string_view text) {
-  std::string printable;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0;
-    if (byte == '\n') {
-      printable += "\\n";
-    } else if (byte == '\t') {
-      printable += "\\t";
-    } else if (byte < 0x20 || byte == 0x7F) {
-      printable += Escape("\\x%02X", byte);
-    } else if (byte == 0xC2 && next >= 0x80 && next <= 0x9F) {
-      // The second range of control characters.
-      printable += Escape("\\u%04X", next);
-      ++i;
-    } else {
-      printable += text[i];
-    }
-  }
-  return printable;
+  return VyrShownText(text, std::string_view::npos);
 }
 
 std::string Quoted(std::string_view text) {
-  return "'" + std::string(text) + "'";
+  return VyrQuoted(text);
 }
 
 std::string ShownPath(std::string path, bool isWhole) {
@@ -104,11 +107,11 @@ std::string NumberText(double number) {
 }
 
 std::string JsonLine(const Json& json) {
-  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return WithJsonEscapes(json.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 std::string JsonText(const Json& json) {
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return WithJsonEscapes(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 const char* KindWord(Node::Type type) {

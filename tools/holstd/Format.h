@@ -12,9 +12,9 @@
 
 using Json = nlohmann::ordered_json;
 
-/// `text` on one line and without anything that a terminal would obey.
+/// `text` on one line and without anything that a terminal would obey, see VyrShownText.h.
 std::string Printable(std::string_view text);
-/// `text` between single quotes, as messages name things.
+/// `text` between single quotes, as messages name things; of a long one its beginning and its end.
 std::string Quoted(std::string_view text);
 /// What is shown of a path, in bytes.
 inline constexpr std::size_t kMostOfPath = 500;
@@ -31,7 +31,8 @@ std::string Counted(long count, std::string_view noun);
 /// A number in its shortest form that reads as the same one.
 std::string NumberText(double number);
 
-/// JSON text, all in one line or indented. What is not UTF-8 in a string becomes U+FFFD.
+/// JSON text, all in one line or indented. What is not UTF-8 in a string becomes U+FFFD; what is
+/// not shown as it is becomes an escape, and so stays what it was for the reader.
 std::string JsonLine(const Json& json);
 std::string JsonText(const Json& json);
 

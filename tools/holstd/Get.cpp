@@ -97,7 +97,7 @@ void PrintOne(const Query& query) {
   const auto index = static_cast<std::size_t>(options.index - 1);
   const auto told = ToldValues(query.standard.Told(), query.matches, options.path).At(index);
   if (!told) throw Negative(query, NotTold(query, index));
-  if (!options.json) return query.session.Print(*told + "\n");
+  if (!options.json) return query.session.Print(Printable(*told) + "\n");
   Json object = {{"file", options.file}, {"path", options.path}};
   AddValue(object, query.matches.ValueAt(index), *told);
   query.session.Print(JsonText(object));
@@ -235,7 +235,7 @@ Action Get::Register(Arguments& command) {
       "Answers what the application is told. A path finds every element of its last name,\n"
       "in the order of the file: nodes, and values that carry the name themselves. Of a "
       "node\nthe first value is told, and the type is that of all values of the first "
-      "node.\nWith --all a line break inside a value is shown as \\n; --json has the "
-      "text as it is.");
+      "node.\nA line break inside a value is shown as \\n, and what a terminal would obey as "
+      "an\nescape of that kind; --json has the text as it is.");
   return [options](Session& session) { return PrintValues(*options, session); };
 }

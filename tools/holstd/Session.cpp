@@ -9,6 +9,7 @@
 
 #include "Format.h"
 #include "Reports.h"
+#include "VyrShownText.h"
 #include "VyrTrace.h"
 
 namespace {
@@ -19,6 +20,11 @@ constexpr std::size_t kBlock = 65536;
 void WriteLine(std::string line) {
   line += '\n';
   static_cast<void>(WriteAll(STDERR_FILENO, line));
+}
+
+/// A file's name, or a sentence that quotes what may be as long as a file.
+std::string Shown(std::string_view text) {
+  return VyrShownEnds(text, kMostShownInTrace);
 }
 
 bool TerminalHasColors() {
@@ -77,21 +83,21 @@ void Session::Flush() {
 }
 
 void Session::Say(std::string_view text) const {
-  if (!isQuiet) WriteLine(Printable(text));
+  if (!isQuiet) WriteLine(Shown(text));
 }
 
 void Session::SayInDetail(std::string_view text) const {
-  if (isVerbose && !isQuiet) WriteLine(Printable(text));
+  if (isVerbose && !isQuiet) WriteLine(Shown(text));
 }
 
 void Session::Complain(const Failure& failure) const {
   std::string line = "holstd: ";
   if (!failure.place.empty()) {
-    line += failure.place == "-" ? "standard input" : failure.place;
+    line += failure.place == "-" ? "standard input" : Shown(failure.place);
     if (failure.line > 0) line += ":" + std::to_string(failure.line);
     line += ": ";
   }
-  WriteLine(Printable(line + failure.text));
+  WriteLine(line + Shown(failure.text));
 }
 
 void Session::Warn(const std::string& file, const std::string& text) const {
