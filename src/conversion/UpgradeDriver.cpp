@@ -1,8 +1,10 @@
 #include <array>
 #include <string>
+#include <utility>
 
 #include "ConversionNotes.h"
 #include "UpgradeStep.h"
+#include "Version0Groups.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseParameter.h"
 #include "VyrDrwParseStandard.h"
@@ -166,9 +168,13 @@ std::span<const VyrDrwParseStandard::UpgradeStep> VyrDrwParseStandard::UpgradeSt
 bool VyrDrwParseStandard::BuildVersion0Document() {
   if (!kParseStandardUnit.Check(document_ == nullptr, "a document is already there")) return false;
   document_ = std::make_unique<VyrAnnStandardXMLParser>();
-  if (document_->DecodeXML(ComposeVersion0Text(), 0) == 0) return true;
+  Parameters groups = TakeGroups(parameters_);
+  if (document_->DecodeXML(ComposeVersion0Text(), 0) != 0) {
+    problem_ = document_->GetProblem();
+  } else if (AppendGroups(std::move(groups), *document_, problem_)) {
+    return true;
+  }
   // Half a standard must never be saved.
-  problem_ = document_->GetProblem();
   document_.reset();
   return false;
 }

@@ -1,6 +1,6 @@
 #include <string_view>
 
-#include "StandardXMLFormat.h"
+#include "Version0Groups.h"
 #include "Version0Lines.h"
 #include "Version0Tables.h"
 #include "VyrDftStdPersistence.h"
@@ -12,18 +12,6 @@
 namespace {
 
 using enum VyrDrwParseKeyword::Type;
-
-/// A section of groups and where it goes in a standard.
-struct Descriptions {
-  std::string_view section;
-  const char* node;
-  const char* instance;
-};
-
-constexpr Descriptions kDescriptions[] = {
-    {"TOLERANCE", "ToleranceFormats", "ToleranceDisplay"},
-    {"NUMERICAL_DISPLAY", "ValueFormats", "NumericalDisplay"},
-};
 
 void AddBlankLine(VyrUnicodeString& text) {
   VyrDrwParseStandard::AddOutputLine(text, "", 1);
@@ -97,16 +85,13 @@ void AddDressUp(VyrUnicodeString& text, std::string_view side, std::string_view 
 
 VyrUnicodeString VyrDrwParseStandard::ComposeVersion0Text() const {
   VyrUnicodeString text;
-  AddOutputLine(text, "<?xml version=\"1.0\" ?>", 1);
-  const std::string root = std::string("<std:node name=\"") + VyrDftStdPersistence::VyrDftStdType +
-                           "\" xmlns:std=\"" + kStandardNamespace + "\">";
-  AddOutputLine(text, root.c_str(), 1);
+  BeginVersion0(text);
   EncodeTypedefs(text);
   EncodeAdditionalParameters(text);
   EncodeMigratedParameters(text);
   EncodeDescriptions(text);
   EncodeThicknessTable(text);
-  AddOutputLine(text, "</std:node>", 1);
+  EndVersion0(text);
   return text;
 }
 
@@ -140,34 +125,23 @@ void VyrDrwParseStandard::EncodeMigratedParameters(VyrUnicodeString& text) const
 
 void VyrDrwParseStandard::EncodeDescriptions(VyrUnicodeString& text) const {
   int kind = 0;
-  for (const Descriptions& descriptions : kDescriptions) {
+  for (const Version0Section& section : Version0Sections()) {
     AddBlankLine(text);
-    BeginNode(text, 2, descriptions.node);
+    BeginNode(text, 2, section.node);
     EncodePredefinedDescriptions(text, kind++);
-    VyrUnicodeString current;
-    bool isOpen = false;
-    for (const auto& parameter : parameters_) {
-      if (parameter == nullptr || parameter->GetSection().View() != descriptions.section) continue;
-      if (!isOpen || !(parameter->GetDescription() == current)) {
-        if (isOpen) EndInstance(text, 4);
-        BeginInstance(text, 4, descriptions.instance);
-        isOpen = true;
-        current = parameter->GetDescription();
-      }
-      parameter->Write(text);
-    }
-    if (isOpen) EndInstance(text, 4);
+    AddGroups(text, section, parameters_);
     EndNode(text, 2);
   }
 }
 
 void VyrDrwParseStandard::EncodePredefinedDescriptions(VyrUnicodeString& text, int kind) const {
   if (kind == 0) {
-    AddInstance(text, 4, kDescriptions[0].instance, PredefinedTolerance());
+    AddInstance(text, 4, Version0Sections()[0].instance, PredefinedTolerance());
     return;
   }
   for (const PredefinedDisplay& display : PredefinedDisplays()) {
-    AddInstance(text, 4, kDescriptions[1].instance, PredefinedDisplayMembers(), display.differing);
+    AddInstance(text, 4, Version0Sections()[1].instance, PredefinedDisplayMembers(),
+                display.differing);
   }
 }
 

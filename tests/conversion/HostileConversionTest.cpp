@@ -229,18 +229,58 @@ TEST(HostileTextFile, WhatCannotBeReadIsNotConverted) {
   }
 }
 
-TEST(HostileConversion, TextOfAMillionLinesIsConvertedInTime) {
+/// Bytes of memory that a conversion takes for each byte of the text, at most.
+constexpr std::size_t kConversionFactor = 10;
+
+TEST(HostileConversion, TextOfAMillionLinesIsConvertedInTimeAndMemoryInProportionToTheFile) {
   const TemporaryFolder folder;
-  const std::string text = GeneralAnd(Tolerances(kMillion / 20));
-  const std::string path = folder.Write("STD.txt", text);
-  const ApartRun run = RunApart([&] {
-    VyrDrwParseStandard standard(path);
-    if (standard.DecodeText() != S_OK) return std::string(standard.GetProblem().text.CString());
-    auto options = OptionsOf(false);
-    if (standard.Upgrade(-1, options) != S_OK) return std::string("upgrade");
-    return std::string("converted");
-  });
-  EXPECT_EQ(run.answer, "converted") << run.end;
+  std::string displays;
+  for (std::size_t i = 0; i < kMillion / 200; ++i) {
+    displays += Joined(Display("D" + std::to_string(i)));
+  }
+  for (const std::string& groups :
+       {Tolerances(kMillion / 20), displays, Joined(Tolerance(std::string(kManyBytes, 'x')))}) {
+    const std::string text = GeneralAnd(groups);
+    const std::string path = folder.Write("STD.txt", text);
+    const ApartRun run = RunApart([&] {
+      VyrDrwParseStandard standard(path);
+      if (standard.DecodeText() != S_OK) return std::string(standard.GetProblem().text.CString());
+      auto options = OptionsOf(false);
+      if (standard.Upgrade(-1, options) != S_OK) return std::string("upgrade");
+      return std::string("converted");
+    });
+    EXPECT_EQ(run.answer, "converted") << run.end;
+    EXPECT_TRUE(IsInProportion(run, text.size(), kConversionFactor));
+  }
+}
+
+TEST(HostileConversion, GroupsThatAreComposedSomeAtATimeKeepTheirOrderAndTheirFields) {
+  const TemporaryFolder folder;
+  Lines lines = General();
+  constexpr std::size_t count = 1000;  // of 19 and of 35 parameters
+  for (std::size_t i = 0; i < count; ++i) {
+    lines =
+        std::move(lines) + Tolerance("T" + std::to_string(i)) + Display("D" + std::to_string(i));
+  }
+  VyrDrwParseStandard standard(folder.Write("STD.txt", Joined(lines)));
+  ASSERT_EQ(standard.DecodeText(), S_OK);
+  auto options = OptionsOf(false);
+  ASSERT_EQ(standard.Upgrade(1, options), S_OK);
+  struct {
+    const char* path;
+    const char* prefix;
+    std::size_t readyMade;
+    std::size_t fields;
+  } const lists[] = {{"Root.ToleranceFormats", "T", 1, 19}, {"Root.ValueFormats", "D", 8, 35}};
+  for (const auto& list : lists) {
+    const VyrAnnStandardXMLNode_var node(standard.GetDocument().GetNodeWithPath(list.path));
+    ASSERT_EQ(node->GetNodes().size(), list.readyMade + count);
+    for (std::size_t i = 0; i < count; ++i) {
+      const VyrAnnStandardXMLNode& group = *node->GetNodes()[list.readyMade + i];
+      ASSERT_EQ(group.GetValues().size(), list.fields);
+      ASSERT_EQ(group.GetValues().front()->GetValue().View(), list.prefix + std::to_string(i));
+    }
+  }
 }
 
 // --- Upgrades ------------------------------------------------------------------------------------
