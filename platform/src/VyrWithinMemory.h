@@ -35,6 +35,22 @@ inline void VyrSayOutOfMemory(VyrProblem& problem) noexcept {
   VyrSayOutOfMemory(problem.text);
 }
 
+/// Tells the process's new handler that a request failed that was not made by `operator new`, so
+/// that a host which counts on the handler hears of all.
+inline void VyrNoteOutOfMemory() noexcept {
+  try {
+    if (const std::new_handler handler = std::get_new_handler()) handler();
+  } catch (const std::bad_alloc&) {
+    // What a handler does that can make no room.
+  }
+}
+
+/// The same, and fails as `operator new` does.
+[[noreturn]] inline void VyrThrowOutOfMemory() {
+  VyrNoteOutOfMemory();
+  throw std::bad_alloc();
+}
+
 /// What `work` returns or, when memory runs out, what `refuse` returns, which must not need any.
 template <class Work, class Refuse>
 auto VyrWithinMemory(Work work, Refuse refuse) -> decltype(work()) {

@@ -8,6 +8,7 @@
 
 #include "VyrShownText.h"
 #include "VyrUtf8.h"
+#include "VyrWithinMemory.h"
 
 namespace {
 
@@ -109,7 +110,9 @@ class Converter {
  public:
   explicit Converter(std::string_view encoding)
       : handle_(IsEncodingName(encoding) ? ::iconv_open("UTF-8", ConverterName(encoding).c_str())
-                                         : kNone) {}
+                                         : kNone) {
+    if (!IsKnown() && errno == ENOMEM) VyrThrowOutOfMemory();
+  }
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
   ~Converter() {

@@ -351,6 +351,7 @@ class Reader {
   }
 
   void RefuseForMemory() {
+    VyrNoteOutOfMemory();
     VyrSayOutOfMemory(problem_);
     BlankText();
   }
@@ -381,7 +382,7 @@ bool Parse(std::string text, VyrXMLTree& tree, VyrProblem& problem) {
   xmlInitParser();
   const VyrQuietXML quiet;
   const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
-  if (context == nullptr) throw std::bad_alloc();
+  if (context == nullptr) VyrThrowOutOfMemory();
   Reader reader(context.get(), text, tree, problem);
   xmlSetStructuredErrorFunc(&reader, Reader::TakeInnerError);
   xmlCtxtUseOptions(context.get(),
@@ -390,7 +391,7 @@ bool Parse(std::string text, VyrXMLTree& tree, VyrProblem& problem) {
   // pointers to it, when memory runs out or a fault ends the reading.
   xmlParserInput* const input =
       xmlNewStringInputStream(context.get(), reinterpret_cast<const xmlChar*>(text.c_str()));
-  if (input == nullptr) throw std::bad_alloc();
+  if (input == nullptr) VyrThrowOutOfMemory();
   inputPush(context.get(), input);
   return reader.Finish(xmlParseDocument(context.get()) == 0);
 }

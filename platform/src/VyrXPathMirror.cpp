@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <map>
 
 #include "VyrQuietXML.h"
+#include "VyrWithinMemory.h"
 
 namespace {
 
@@ -18,6 +20,25 @@ using Tree = VyrXMLTree;
 // got an expression of somebody's own into a name, and must not keep the application waiting.
 constexpr unsigned long kFreeOperations = 1'000'000;
 constexpr unsigned long kOperationsOfItem = 1'000;
+
+// While it evaluates, the library goes on with what a request that failed should have given. So
+// what the sets of nodes can take, as many of them at a time as an expression has use for, is asked
+// for beforehand.
+constexpr std::size_t kMemoryOfEvaluation = std::size_t{1} << 20;
+constexpr std::size_t kMemoryOfItem = 128;
+
+void RequireMemoryFor(const VyrXMLTree& tree) {
+  void* const room = std::malloc(kMemoryOfEvaluation + kMemoryOfItem * tree.GetCount());
+  if (room == nullptr) VyrThrowOutOfMemory();
+  std::free(room);
+}
+
+/// What the library has made; it gives null when memory runs out.
+template <class Made>
+Made* Required(Made* made) {
+  if (made == nullptr) VyrThrowOutOfMemory();
+  return made;
+}
 
 const xmlChar* Xml(const std::string& text) {
   return reinterpret_cast<const xmlChar*>(text.c_str());
@@ -47,7 +68,7 @@ class MirrorBuilder {
 
  private:
   void Add(Tree::Index item) {
-    xmlNode* node = NewNode(item);
+    xmlNode* node = Required(NewNode(item));
     node->_private = AsUserData(item);
     nodes_[item] = node;
     xmlNode* parent = nodes_[tree_.GetParent(item)];
@@ -56,7 +77,10 @@ class MirrorBuilder {
     node->prev = parent->last;
     (parent->last == nullptr ? parent->children : parent->last->next) = node;
     parent->last = node;
-    if (node->type == XML_ELEMENT_NODE) FinishElement(item, node);
+    // A copy of a name or text that fails is left out without a word.
+    Required(node->name);
+    if (node->type == XML_ELEMENT_NODE) return FinishElement(item, node);
+    if (!tree_.GetText(item).empty()) Required(node->content);
   }
 
   xmlNode* NewNode(Tree::Index item) {
@@ -85,10 +109,13 @@ class MirrorBuilder {
       const Tree::Name& name = tree_.GetName(attribute.name);
       const std::string value(tree_.GetValue(attribute));
       // Characters were unescaped by the parser, so the value is set as plain text.
-      xmlAttr* added = xmlNewNsProp(node, Namespace(attribute.name), Xml(name.localName), nullptr);
-      xmlNode* content = xmlNewDocText(document_, Xml(value));
+      xmlAttr* added =
+          Required(xmlNewNsProp(node, Namespace(attribute.name), Xml(name.localName), nullptr));
+      xmlNode* content = Required(xmlNewDocText(document_, Xml(value)));
       content->parent = reinterpret_cast<xmlNode*>(added);
       added->children = added->last = content;
+      Required(added->name);
+      if (!value.empty()) Required(content->content);
       added->_private = AsUserData(place++);
     }
   }
@@ -108,9 +135,9 @@ class MirrorBuilder {
 
   xmlNs* AddNamespace(const std::string& prefix, const std::string& uri) {
     xmlNode* root = xmlDocGetRootElement(document_);
-    if (prefix == "xml") return xmlSearchNs(document_, root, Xml(prefix));
+    if (prefix == "xml") return Required(xmlSearchNs(document_, root, Xml(prefix)));
     // Linked by hand: the library's own call would refuse a prefix that is used twice.
-    xmlNs* added = xmlNewNs(nullptr, Xml(uri), prefix.empty() ? nullptr : Xml(prefix));
+    xmlNs* added = Required(xmlNewNs(nullptr, Xml(uri), prefix.empty() ? nullptr : Xml(prefix)));
     added->next = std::exchange(root->nsDef, added);
     return added;
   }
@@ -121,6 +148,9 @@ class MirrorBuilder {
   std::map<std::pair<std::string, std::string>, xmlNs*> namespaces_;
 };
 
+struct DocumentDeleter {
+  void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+};
 struct ContextDeleter {
   void operator()(xmlXPathContext* context) const { xmlXPathFreeContext(context); }
 };
@@ -149,12 +179,11 @@ bool ComesBefore(const VyrDOMPlace& a, const VyrDOMPlace& b) {
 }  // namespace
 
 struct VyrXPathMirror::Document {
-  explicit Document(const Tree& tree) : xml(xmlNewDoc(nullptr)) { MirrorBuilder(tree, xml); }
-  Document(const Document&) = delete;
-  Document& operator=(const Document&) = delete;
-  ~Document() { xmlFreeDoc(xml); }
+  explicit Document(const Tree& tree) : xml(Required(xmlNewDoc(nullptr))) {
+    MirrorBuilder(tree, xml.get());
+  }
 
-  xmlDoc* xml;
+  std::unique_ptr<xmlDoc, DocumentDeleter> xml;
 };
 
 VyrXPathMirror::VyrXPathMirror(const Tree& tree) : tree_(tree) {}
@@ -164,21 +193,26 @@ VyrXPathMirror::~VyrXPathMirror() = default;
 bool VyrXPathMirror::Evaluate(const std::string& expression, const VyrXPathNamespaces& namespaces,
                               std::vector<VyrDOMPlace>& places) {
   const VyrQuietXML quiet;
-  const std::unique_ptr<xmlXPathContext, ContextDeleter> context(xmlXPathNewContext(nullptr));
+  RequireMemoryFor(tree_);
+  const std::unique_ptr<xmlXPathContext, ContextDeleter> context(
+      Required(xmlXPathNewContext(nullptr)));
   for (const auto& [prefix, uri] : namespaces) {
     xmlXPathRegisterNs(context.get(), Xml(prefix), Xml(uri));
   }
   const std::unique_ptr<xmlXPathCompExpr, ExpressionDeleter> compiled(
       xmlXPathCtxtCompile(context.get(), Xml(expression)));
+  if (context->lastError.code == XML_ERR_NO_MEMORY) VyrThrowOutOfMemory();
   if (!compiled) return false;
   if (!document_) document_ = std::make_unique<Document>(tree_);
-  context->doc = document_->xml;
+  RequireMemoryFor(tree_);
+  context->doc = document_->xml.get();
   context->opLimit = kFreeOperations + kOperationsOfItem * tree_.GetCount();
-  context->node = reinterpret_cast<xmlNode*>(document_->xml);
+  context->node = reinterpret_cast<xmlNode*>(document_->xml.get());
   // A bare path would be matched by a walk that leaves out what lies deeper than 10,000 levels; in
   // parentheses it means the same and is evaluated like any other expression.
   const std::unique_ptr<xmlXPathObject, ObjectDeleter> result(
       xmlXPathEval(Xml("(" + expression + ")"), context.get()));
+  if (context->lastError.code == XML_ERR_NO_MEMORY) VyrThrowOutOfMemory();
   if (!result || result->type != XPATH_NODESET) return false;
   if (result->nodesetval == nullptr) return true;
   for (int i = 0; i < result->nodesetval->nodeNr; ++i) {

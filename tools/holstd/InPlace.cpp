@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "Failure.h"
+#include "MemoryShortage.h"
 #include "Signals.h"
 #include "VyrFiles.h"
 
@@ -33,6 +34,7 @@ VyrFileChange ReplaceInPlace(const std::string& file, std::string_view text,
   using Result = VyrFileChange::Result;
   const VyrReplaced replaced = options.hasNoBackup ? VyrReplaced::Dropped : VyrReplaced::Kept;
   const SignalsWait wait;
+  RequireMemory();
   VyrFileChange change = VyrReplaceFile(file, text, replaced);
   if (change.result == Result::Done || change.result == Result::Unchanged) return change;
   throw Failure{kNotWritten, change.file, 0, change.problem + AdviceOnKeeping(change.result)};
@@ -46,6 +48,7 @@ VyrFileChange WriteResult(const std::string& target, std::string_view text,
     return ReplaceInPlace(target, text, options);
   }
   const SignalsWait wait;
+  RequireMemory();
   if (const std::string problem = VyrSaveFile(target, text); !problem.empty()) {
     throw Failure{kNotWritten, target, 0, problem};
   }

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <utility>
 
+#include "MemoryShortage.h"
 #include "Session.h"
 
 namespace {
@@ -99,6 +100,7 @@ Failure TemporaryCopy::NotCopied(int error) const {
 }
 
 InputFile::InputFile(const std::string& file) : file_(file) {
+  NoteReading(file);
   if (file == "-") {
     CopyAll(STDIN_FILENO, file, copy_.emplace(file));
   } else if (IsReadOnceOnly(file)) {

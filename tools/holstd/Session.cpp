@@ -6,8 +6,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "Format.h"
+#include "MemoryShortage.h"
 #include "Reports.h"
 #include "VyrShownText.h"
 #include "VyrTrace.h"
@@ -72,6 +74,8 @@ void Session::SwitchTraces() const {
 }
 
 void Session::Print(std::string_view data) {
+  RequireMemory();
+  isDone_ = false;
   pending_ += data;
   if (pending_.size() >= kBlock) Flush();
 }
@@ -83,14 +87,18 @@ void Session::Flush() {
 }
 
 void Session::Say(std::string_view text) const {
+  RequireMemory();
   if (!isQuiet) WriteLine(Shown(text));
+  isDone_ = true;
 }
 
 void Session::SayInDetail(std::string_view text) const {
+  RequireMemory();
   if (isVerbose && !isQuiet) WriteLine(Shown(text));
 }
 
 void Session::Complain(const Failure& failure) const {
+  RequireMemory();
   std::string line = "holstd: ";
   if (!failure.place.empty()) {
     line += failure.place == "-" ? "standard input" : Shown(failure.place);
@@ -98,6 +106,21 @@ void Session::Complain(const Failure& failure) const {
     line += ": ";
   }
   WriteLine(line + Shown(failure.text));
+}
+
+void Session::RequireWholeAnswer() const {
+  if (!isDone_) RequireMemory();
+}
+
+ExitStatus Session::Refuse(const Failure& failure) const noexcept {
+  const ExitStatus status = failure.status == kNotWritten ? kNotWritten : kInvalidInput;
+  try {
+    Complain(failure);
+    return failure.status;
+  } catch (const std::bad_alloc&) {
+    ComplainOfMemory();
+    return status;
+  }
 }
 
 void Session::Warn(const std::string& file, const std::string& text) const {
@@ -118,10 +141,14 @@ ExitStatus ForEachFile(Session& session, const std::vector<std::string>& files,
   ExitStatus worst = kDone;
   for (const std::string& file : files) {
     try {
-      worst = std::max(worst, visit(file));
+      const ExitStatus status = visit(file);
+      session.RequireWholeAnswer();
+      worst = std::max(worst, status);
     } catch (const Failure& failure) {
-      session.Complain(failure);
-      worst = std::max(worst, failure.status);
+      worst = std::max(worst, session.Refuse(failure));
+    } catch (const std::bad_alloc&) {
+      ComplainOfMemory();
+      worst = std::max(worst, kInvalidInput);
     }
   }
   return worst;

@@ -31,13 +31,21 @@ class Session {
   void Print(std::string_view data);
   void Flush();
 
-  /// Talk of what was done, a line each.
+  /// Talk of what was done, a line each. What is printed or said after memory ran out could be
+  /// wrong: these throw `std::bad_alloc` then.
   void Say(std::string_view text) const;
   /// The same, for those who want every step.
   void SayInDetail(std::string_view text) const;
   void Complain(const Failure& failure) const;
+  /// Complains of what ends the work on a file, also when there is no memory left, and returns the
+  /// status that it ends with.
+  ExitStatus Refuse(const Failure& failure) const noexcept;
   /// Of an input that is taken all the same, but perhaps not as it was meant.
   void Warn(const std::string& file, const std::string& text) const;
+
+  /// Throws `std::bad_alloc` if memory has run out, and with it perhaps a part of the answer. Not
+  /// if the last that was told is what was done, which stays done.
+  void RequireWholeAnswer() const;
 
   enum class Paint { Good, Bad, Faint };
   /// `text` as the terminal shows it in that colour; as it is when there are no colours.
@@ -47,6 +55,7 @@ class Session {
   void SwitchTraces() const;
 
   bool hasColors_ = false;
+  mutable bool isDone_ = false;  ///< what was told last is what was done
   std::string pending_;
 };
 

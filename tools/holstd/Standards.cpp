@@ -5,6 +5,7 @@
 
 #include "Arguments.h"
 #include "Format.h"
+#include "MemoryShortage.h"
 #include "OpenStandard.h"
 #include "Standard.h"
 #include "StandardFiles.h"
@@ -47,10 +48,10 @@ ExitStatus ReadEntry(Entry& entry, const Session& session) {
     entry.parent = standard.parent;
     entry.version = standard.version;
     return kDone;
-  } catch (const Failure& failure) {
-    session.Complain(failure);
+  } catch (const Failure& problem) {
+    const Failure failure = AsTold(problem);
     entry.problem = failure.text;
-    return failure.status;
+    return session.Refuse(failure);
   }
 }
 

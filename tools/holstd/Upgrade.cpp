@@ -4,12 +4,14 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <optional>
 #include <thread>
 #include <utility>
 
 #include "Arguments.h"
 #include "Format.h"
+#include "MemoryShortage.h"
 #include "ProgressBar.h"
 #include "Signals.h"
 #include "Subcommands.h"
@@ -71,6 +73,9 @@ Upgraded Unpacked(const std::string& answer) {
   return {static_cast<ExitStatus>(answer.front() - '0'), Json::parse(answer.substr(2))};
 }
 
+/// The answer of a process that has no memory for another one: so short that it needs none.
+constexpr const char* kNoMemory = "3";
+
 Failure Death(const UpgradeInput& input, const JobEnd& end) {
   return {kInvalidInput, input.file, 0,
           "internal error: the process that upgraded it died (" + end.cause + "); " +
@@ -97,6 +102,9 @@ Batch UpgradeMany(const std::vector<UpgradeInput>& inputs, const Options& option
       return {Packed(upgraded), std::move(upgraded.untilTold)};
     } catch (const OutputLost&) {
       return {};  // nobody listens any more
+    } catch (const std::bad_alloc&) {
+      ComplainOfMemory();
+      return {kNoMemory, nullptr};
     }
   };
   const auto take = [&](std::size_t i, const JobEnd& end) {
@@ -104,8 +112,10 @@ Batch UpgradeMany(const std::vector<UpgradeInput>& inputs, const Options& option
     static_cast<void>(WriteAll(STDERR_FILENO, end.talk));
     session.Print(end.data);
     session.Flush();
-    batch.all[i] = end.answer.empty() ? NotUpgraded(inputs[i].file, Death(inputs[i], end), session)
-                                      : Unpacked(end.answer);
+    batch.all[i] = end.answer == kNoMemory ? NotUpgradedForMemory(inputs[i].file)
+                   : end.answer.empty()
+                       ? NotUpgraded(inputs[i].file, Death(inputs[i], end), session)
+                       : Unpacked(end.answer);
     bar.Show(++taken);
   };
   session.Flush();

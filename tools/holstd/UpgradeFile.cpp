@@ -2,11 +2,13 @@
 
 #include <exception>
 #include <filesystem>
+#include <new>
 #include <optional>
 #include <vector>
 
 #include "DatedBack.h"
 #include "InputFile.h"
+#include "MemoryShortage.h"
 #include "Reports.h"
 #include "Standard.h"
 #include "StandardSnapshot.h"
@@ -164,6 +166,7 @@ void Upgrade(const UpgradeInput& input, const UpgradeManner& manner, Session& se
     upgraded.untilTold = std::make_unique<SignalsWait>();
     return Write(converter, input, manner, session, steps.size(), report);
   }
+  RequireMemory();
   report["result"] = steps.empty() ? "current" : "pending";
   upgraded.status = steps.empty() ? kDone : kNegativeAnswer;
 }
@@ -177,8 +180,12 @@ Json NewReport(const std::string& file) {
   return report;
 }
 
-void Fail(Upgraded& upgraded, const Failure& failure, const Session& session) {
-  session.Complain(failure);
+Failure OutOfMemory(const std::string& file) {
+  ForgetMemoryShortage();
+  return {kInvalidInput, file, 0, kNeedsMoreMemory};
+}
+
+void Report(Upgraded& upgraded, const Failure& failure) {
   upgraded.status = failure.status;
   upgraded.report["result"] = "failed";
   Json error;
@@ -188,6 +195,11 @@ void Fail(Upgraded& upgraded, const Failure& failure, const Session& session) {
   upgraded.report["error"] = std::move(error);
 }
 
+void Fail(Upgraded& upgraded, const Failure& failure, const Session& session) {
+  Report(upgraded, failure);
+  session.Complain(failure);
+}
+
 }  // namespace
 
 Upgraded UpgradeFile(const UpgradeInput& input, const UpgradeManner& manner, Session& session) {
@@ -195,12 +207,21 @@ Upgraded UpgradeFile(const UpgradeInput& input, const UpgradeManner& manner, Ses
   try {
     Upgrade(input, manner, session, upgraded);
   } catch (const Failure& failure) {
-    Fail(upgraded, failure, session);
+    Fail(upgraded, AsTold(failure), session);
+  } catch (const std::bad_alloc&) {
+    Fail(upgraded, OutOfMemory(input.file), session);
   } catch (const std::exception& exception) {
     Fail(upgraded,
          {kInvalidInput, input.file, 0, std::string("internal error: ") + exception.what()},
          session);
   }
+  upgraded.report["status"] = upgraded.status;
+  return upgraded;
+}
+
+Upgraded NotUpgradedForMemory(const std::string& file) {
+  Upgraded upgraded = {kDone, NewReport(file)};
+  Report(upgraded, OutOfMemory(file));
   upgraded.report["status"] = upgraded.status;
   return upgraded;
 }

@@ -31,5 +31,7 @@ Upgraded UpgradeFile(const UpgradeInput& input, const UpgradeManner& manner, Ses
 
 /// A standard that nothing could be done with; told and reported.
 Upgraded NotUpgraded(const std::string& file, const Failure& failure, const Session& session);
+/// A standard for which there was no memory; reported only.
+Upgraded NotUpgradedForMemory(const std::string& file);
 /// A standard that an interruption came before; nothing is told.
 Upgraded NotBegun(const std::string& file);

@@ -59,8 +59,7 @@ std::vector<std::string> FilesOf(const std::vector<std::string>& arguments, cons
       const std::vector<std::string> found = FilesIn(argument, session, worst);
       files.insert(files.end(), found.begin(), found.end());
     } catch (const Failure& failure) {
-      session.Complain(failure);
-      worst = std::max(worst, failure.status);
+      worst = std::max(worst, session.Refuse(failure));
     }
   }
   return files;

@@ -2,12 +2,14 @@
 #include <array>
 #include <csignal>
 #include <exception>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "Failure.h"
 #include "Format.h"
+#include "MemoryShortage.h"
 #include "Session.h"
 #include "Signals.h"
 #include "Subcommands.h"
@@ -115,7 +117,10 @@ ExitStatus Run(int argc, char** argv, Session& session) {
   }
   session.Begin();
   for (const auto& [command, action] : actions) {
-    if (command->parsed()) return action(session);
+    if (!command->parsed()) continue;
+    const ExitStatus status = action(session);
+    session.RequireWholeAnswer();
+    return status;
   }
   return kUsage;
 }
@@ -125,11 +130,13 @@ ExitStatus RunAndComplain(int argc, char** argv, Session& session) {
   try {
     return Run(argc, argv, session);
   } catch (const Failure& failure) {
-    session.Complain(failure);
-    return failure.status;
-  } catch (const std::exception& exception) {
-    session.Complain({kInvalidInput, "", 0, std::string("internal error: ") + exception.what()});
+    return session.Refuse(failure);
+  } catch (const std::bad_alloc&) {
+    ComplainOfMemory();
     return kInvalidInput;
+  } catch (const std::exception& exception) {
+    return session.Refuse(
+        {kInvalidInput, "", 0, std::string("internal error: ") + exception.what()});
   }
 }
 
@@ -139,6 +146,7 @@ int main(int argc, char** argv) {
   // A reader that goes away and a limit on file sizes are told like a full disk, not by a signal.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+  WatchMemory();
   Session session;
   try {
     const ExitStatus status = RunAndComplain(argc, argv, session);
@@ -150,7 +158,6 @@ int main(int argc, char** argv) {
     std::raise(interrupted.signal);
     return kNotWritten;
   } catch (const OutputLost& lost) {
-    session.Complain({kNotWritten, "standard output", 0, "cannot be written: " + lost.reason});
-    return kNotWritten;
+    return session.Refuse({kNotWritten, "standard output", 0, "cannot be written: " + lost.reason});
   }
 }
