@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "ProcessApart.h"
 #include "VyrXMLReader.h"
 
 // Every kind of fault that makes a text no XML, in files from the smallest to the largest, at their
@@ -269,6 +270,14 @@ class FaultyFile {
   Faulty faulty_;
 };
 
+/// Under the sanitizers a fault stands in the largest file at one place only, some faults at each:
+/// all places would take a quarter of an hour, and are tried without them.
+bool IsLeftOut(const Fault& fault, std::size_t size, double place) {
+  const std::size_t chosen = std::string_view(fault.name).size() % kPlaces.size();
+  return kIsSanitized && fault.part != Part::XMLDeclaration && size == kSizes.back() &&
+         place != kPlaces[chosen];
+}
+
 class IllFormedXML : public testing::TestWithParam<Fault> {
  protected:
   /// Lets large blocks go back to the system when they are freed: a parser that reads a text which
@@ -281,6 +290,7 @@ TEST_P(IllFormedXML, IsRefusedWithItsLineWhateverTheSizeOfTheFileAndThePlace) {
   for (const std::size_t size : kSizes) {
     for (const double place : kPlaces) {
       if (fault.part == Part::XMLDeclaration && place > 0) continue;
+      if (IsLeftOut(fault, size, place)) continue;
       const Faulty file = FaultyFile(fault, WholeOf(size)).At(place);
       VyrXMLTree tree;
       VyrProblem problem;
