@@ -23,7 +23,9 @@ class VyrAnnStandardXMLParser;
 ///     delete     Root.General.DefaultTextFont         deletes a node or a value
 ///     each       Root.Styles.Table .Text:Bold:...     adds a value below every child of a node
 ///     each-node  Root.Styles.Table :Leader:0          adds a node below every child of a node
-///     [ANSI ASME]                                     limits the commands below it to standards of
+///     each-change Root.Styles.Table .Text.Bold:Yes    changes a value below every child that has
+///     it [ANSI ASME]                                     limits the commands below it to standards
+///     of
 ///                                                     these parents, [not ISO] to all others;
 ///                                                     [any] ends the limit
 ///
@@ -33,14 +35,15 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
  public:
   /// What a command does; a verb each, as in the list above.
   enum class Verb : int {
-    Node,      ///< "node"
-    Instance,  ///< "instance"
-    Value,     ///< "value"
-    Field,     ///< "field"
-    Change,    ///< "change"
-    Delete,    ///< "delete"
-    Each,      ///< "each"
-    EachNode,  ///< "each-node"
+    Node,        ///< "node"
+    Instance,    ///< "instance"
+    Value,       ///< "value"
+    Field,       ///< "field"
+    Change,      ///< "change"
+    Delete,      ///< "delete"
+    Each,        ///< "each"
+    EachNode,    ///< "each-node"
+    EachChange,  ///< "each-change"
   };
 
   /// Most bytes of text that a command of an each-verb may add: its own text, once for each child.
@@ -53,16 +56,20 @@ class HOLSTANDARDINFRA_EXPORT VyrAnnStandardScript {
     Verb verb;                 ///< what to do
     std::string_view parents;  ///< parent standards it is limited to, blank-separated; empty: any
     bool isForOthers;          ///< limited to all parent standards but those
-    std::string_view path;     ///< node whose children are served, for the two each-verbs
+    std::string_view path;     ///< node whose children are served, for the each-verbs
     std::string_view text;     ///< the command; for the each-verbs what follows the child's name
 
     /// True when the command concerns a standard of that parent ("ISO", "JIS", "ANSI" or "ASME").
     /// One of another parent, or of none, is concerned unless the command is limited to some.
     bool AppliesTo(std::string_view parentStandard) const;
+    /// True for the each-verbs, which serve every child of a node.
+    bool IsForEach() const {
+      return verb == Verb::Each || verb == Verb::EachNode || verb == Verb::EachChange;
+    }
     /// Runs the command, whatever the parent standard of `document`, which is only borrowed. Result
     /// as of the document's commands: 0 done, 1 nothing found to do it to, 2 a position that is no
-    /// number; of an each-verb 0, or 1 when the node is missing or has no children, or 3 when it
-    /// would add more than `kMostAdded`, in which case nothing is added.
+    /// number; of an each-verb 0, or 1 when the node is missing, has no children, or nothing
+    /// changes, or 3 when it would add more than `kMostAdded`, in which case nothing is added.
     int Run(VyrAnnStandardXMLParser& document) const;
   };
 

@@ -38,3 +38,18 @@ HRESULT AddNodeToEachChild(VyrAnnStandardXMLParser& document, VyrUnicodeView par
   return SendToEachChild(document, &VyrAnnStandardXMLParser::AddNodeWithPath, parentPath, suffix,
                          position);
 }
+
+HRESULT ChangeValueOfEachChild(VyrAnnStandardXMLParser& document, VyrUnicodeView parentPath,
+                               VyrUnicodeView suffix) {
+  const VyrAnnStandardXMLNode_var parent(document.GetNodeWithPath(parentPath));
+  if (!parent || parent->GetNumOfNode() == 0) return E_FAIL;
+  const auto count = static_cast<std::size_t>(parent->GetNumOfNode());
+  if (suffix.size() > VyrAnnStandardScript::kMostAdded / count) return E_INVALIDARG;
+  HRESULT result = E_FAIL;
+  for (const VyrAnnStandardXMLNode_var& child : parent->GetNodes()) {
+    std::string line(parentPath);
+    line.append(".").append(child->GetNodeName().View()).append(suffix);
+    if (document.ChangeValueWithPath(line) == 0) result = S_OK;
+  }
+  return result;
+}

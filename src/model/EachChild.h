@@ -14,3 +14,7 @@ HRESULT AddValueToEachChild(VyrAnnStandardXMLParser& document, VyrUnicodeView pa
 /// The same with `AddNodeWithPath`.
 HRESULT AddNodeToEachChild(VyrAnnStandardXMLParser& document, VyrUnicodeView parentPath,
                            VyrUnicodeView suffix, int position);
+/// Sends `ChangeValueWithPath(parentPath + "." + child + suffix)` for every child; `S_OK` when one
+/// of them had something to change, else `E_FAIL`.
+HRESULT ChangeValueOfEachChild(VyrAnnStandardXMLParser& document, VyrUnicodeView parentPath,
+                               VyrUnicodeView suffix);

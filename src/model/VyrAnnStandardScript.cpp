@@ -14,7 +14,7 @@ using Verb = VyrAnnStandardScript::Verb;
 
 constexpr std::string_view kBlanks = " \t";
 
-constexpr std::array<std::pair<std::string_view, Verb>, 8> kVerbs = {{
+constexpr std::array<std::pair<std::string_view, Verb>, 9> kVerbs = {{
     {"node", Verb::Node},
     {"instance", Verb::Instance},
     {"value", Verb::Value},
@@ -23,6 +23,7 @@ constexpr std::array<std::pair<std::string_view, Verb>, 8> kVerbs = {{
     {"delete", Verb::Delete},
     {"each", Verb::Each},
     {"each-node", Verb::EachNode},
+    {"each-change", Verb::EachChange},
 }};
 
 constexpr std::array<std::string_view, 4> kParents = {"ISO", "JIS", "ANSI", "ASME"};
@@ -84,6 +85,8 @@ int VyrAnnStandardScript::Command::Run(VyrAnnStandardXMLParser& document) const 
       return ResultOfEach(AddValueToEachChild(document, path, text, 1));
     case Verb::EachNode:
       return ResultOfEach(AddNodeToEachChild(document, path, text, 0));
+    case Verb::EachChange:
+      return ResultOfEach(ChangeValueOfEachChild(document, path, text));
   }
   return 1;
 }
@@ -140,15 +143,14 @@ bool VyrAnnStandardScript::ReadCommand(std::string_view line) {
                                         [=](const auto& entry) { return entry.first == word; });
   if (verb == kVerbs.end()) {
     return Fail("'" + std::string(word) + "' is no verb; expected is one of node, instance, " +
-                "value, field, change, delete, each, each-node");
+                "value, field, change, delete, each, each-node, each-change");
   }
   std::string_view text = line.substr(word.size());
   text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
   if (text.empty()) return Fail("'" + std::string(word) + "' has no command");
   Command command = {line_, verb->second, parents_, isForOthers_, {}, text};
-  const bool isEach = verb->second == Verb::Each || verb->second == Verb::EachNode;
-  if (isEach && !SplitEach(text, command.path, command.text)) {
-    return Fail("'" + std::string(word) + "' needs a path, a blank, and what to add to each " +
+  if (command.IsForEach() && !SplitEach(text, command.path, command.text)) {
+    return Fail("'" + std::string(word) + "' needs a path, a blank, and what to do to each " +
                 "child, beginning with \".\" or \":\"");
   }
   commands_.push_back(command);

@@ -15,8 +15,8 @@ std::vector<std::string> Parse(std::string_view text) {
   const Script script(text);
   EXPECT_TRUE(script.GetProblem().IsEmpty()) << script.GetProblem().text.CString();
   EXPECT_EQ(script.GetProblem().line, 0);
-  constexpr const char* verbs[] = {"node",   "instance", "value", "field",
-                                   "change", "delete",   "each",  "each-node"};
+  constexpr const char* verbs[] = {"node",   "instance", "value",     "field",      "change",
+                                   "delete", "each",     "each-node", "each-change"};
   std::vector<std::string> commands;
   for (const Script::Command& command : script.GetCommands()) {
     commands.push_back(std::to_string(command.line) + "|" + verbs[static_cast<int>(command.verb)] +
@@ -196,6 +196,14 @@ TEST_F(ScriptRun, EachNodeAddsANodeBelowEveryChild) {
   EXPECT_EQ(Run("each-node Root.S :Leader:0\neach-node Root.S.A0 ISO :Deep one:0"), 0);
   EXPECT_EQ(DescribeAt(document, "Root.S"),
             "plain S{plain A0 ISO{plain Leader{plain Deep one}}, plain B{plain Leader}}");
+}
+
+TEST_F(ScriptRun, EachChangeChangesAValueBelowEveryChildThatHasIt) {
+  EXPECT_EQ(Run("value Root.S.A0 ISO:Gap:float:1.0\neach-change Root.S .Gap:2.5"), 0);
+  EXPECT_EQ(DescribeAt(document, "Root.S"),
+            "plain S{plain A0 ISO{plain Gap(float =2.5)}, plain B}");
+  EXPECT_EQ(Run("each-change Root.S .Gpa:3"), 1);
+  EXPECT_EQ(Run("each-change Root.Missing .Gap:3"), 1);
 }
 
 TEST_F(ScriptRun, EachOfAMissingNodeOrOneWithoutChildrenIsNotFoundAndChangesNothing) {

@@ -220,6 +220,10 @@ TEST(CommandLine, WhatCannotBeReadIsStatus3WithFileAndLine) {
              {"sheets", file},
              {"styles", file},
              {"edit", file, "-c", "node Root:A", "-o", folder / "out.xml"}}) {
+      // These take all standards of a folder.
+      const bool takesFolders =
+          arguments[0] == "info" || arguments[0] == "check" || arguments[0] == "edit";
+      if (takesFolders && part == "folder") continue;
       SCOPED_TRACE(testing::PrintToString(arguments));
       const ToolRun run = RunTool(arguments);
       ExpectFailure(run, 3, {part});

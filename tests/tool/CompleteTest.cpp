@@ -120,10 +120,14 @@ TEST(Complete, OffersTheValuesOfAnOption) {
 }
 
 TEST(Complete, OffersFilesWhereAFileIsMeant) {
-  EXPECT_THAT(Offered({"info", ""}), ElementsAre("\tfiles"));
+  EXPECT_THAT(Offered({"restore", ""}), ElementsAre("\tfiles"));
   EXPECT_THAT(Offered({"info", "a.xml", "b"}), ElementsAre("\tfiles"));
   const TemporaryFolder site;
   site.Write("ISH.xml", SampleStandard());
+  // A name leads to a standard wherever one is read.
+  EXPECT_THAT(
+      Offered({"info", "ISH"}, {.environment = {{"VYR_STANDARD_PATH", site.Path().string()}}}),
+      ElementsAre("ISH", "\tfiles"));
   EXPECT_THAT(
       Offered({"diff", "IS"}, {.environment = {{"VYR_STANDARD_PATH", site.Path().string()}}}),
       ElementsAre("ISH", "ISO", "\tfiles"));

@@ -143,7 +143,7 @@ struct EditCase {
 constexpr EditCase kEdits[] = {
     {"node Root:Site", "  + Root.Site  node, 0 parameters\n"},
     {"node Root:Site:1", "  + Root.Site  node, 0 parameters\n"},
-    {"node Root:Dimension", "  + Root.Dimension[2]  node, 0 parameters\n"},
+    {"instance Root.Frames:FrameDef", "  + Root.Frames.FrameDef[3]  instance, 0 parameters\n"},
     {"node Root.Dimension.DIMLTail:Note", "  + Root.Dimension.DIMLTail.Note  node, 0 parameters\n"},
     {"instance Root.Frames:FrameDef:1", "  + Root.Frames.FrameDef  instance, 0 parameters\n"},
     {"instance Root.Frames:FrameDef", "  + Root.Frames.FrameDef[3]  instance, 0 parameters\n"},

@@ -56,11 +56,19 @@ bool Argument::IsGiven() const {
 }
 
 Argument Arguments::AddFile(std::string& file) {
-  return AddWord("FILE", file, "XML standard, - for standard input").Required().TakesPath();
+  return AddWord("FILE", file,
+                 "XML standard, the name of one as 'holstd standards' lists it, or - for standard "
+                 "input")
+      .Required()
+      .TakesPath();
 }
 
 Argument Arguments::AddFiles(std::vector<std::string>& files) {
-  return AddWords("FILE", files, "XML standards, - for standard input").Required().TakesPath();
+  return AddWords("FILE", files,
+                  "XML standards, folders of such, names as 'holstd standards' lists them, - for "
+                  "standard input")
+      .Required()
+      .TakesPath();
 }
 
 Argument Arguments::AddOutput(std::string& output) {

@@ -42,9 +42,9 @@ class Arguments {
  public:
   explicit Arguments(CLI::App& command) : command_(command) {}
 
-  /// FILE, an XML standard.
+  /// FILE, an XML standard or the name of one.
   Argument AddFile(std::string& file);
-  /// FILE..., XML standards.
+  /// FILE..., the same and folders.
   Argument AddFiles(std::vector<std::string>& files);
   /// -o FILE
   Argument AddOutput(std::string& output);

@@ -13,8 +13,10 @@
 #include "Reports.h"
 #include "SheetProblems.h"
 #include "Standard.h"
+#include "StandardFiles.h"
 #include "StandardItems.h"
 #include "Subcommands.h"
+#include "UpgradeInputs.h"
 #include "VyrAnnStandardServices.h"
 #include "VyrDftStdPersistence.h"
 
@@ -159,16 +161,16 @@ class Checker {
  public:
   Checker(Session& session, bool json) : session_(session), json_(json) {}
 
-  ExitStatus CheckFile(const std::string& file) {
+  ExitStatus CheckFile(const std::string& argument) {
     try {
-      const InputFile input(file);
+      const InputFile input(FileOrStandard(argument).file);
       const auto [version, findings] = FindingsOf(input);
-      Report(file, version, findings);
+      Report(input.Name(), version, findings);
       return findings.AreNone() ? kDone : kNegativeAnswer;
     } catch (const Failure& failure) {
       Findings findings;
       findings.content.Add({failure.line, failure.text});
-      if (json_) AddJson(file, false, -1, findings);
+      if (json_) AddJson(argument, false, -1, findings);
       throw;
     }
   }
@@ -228,7 +230,7 @@ class Checker {
 
 ExitStatus CheckFiles(const Options& options, Session& session) {
   Checker checker(session, options.json);
-  const ExitStatus status = ForEachFile(
+  const ExitStatus status = ForEachStandard(
       session, options.files, [&](const std::string& file) { return checker.CheckFile(file); });
   checker.End();
   return status;

@@ -244,6 +244,8 @@ void Offer(const Line& line, const std::vector<Command>& commands, Offers& offer
   } else if (line.command == nullptr) {
     for (std::size_t i = 1; i < commands.size(); ++i) offers.Add(commands[i].name);
   } else if (const ArgumentDescription* word = WordAtPlace(line)) {
+    // A name leads to a standard wherever one is read.
+    if (word->value == "FILE" && line.command->name != "restore") OfferStandards(offers);
     OfferFor(word->value, line, offers);
   }
 }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <deque>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -14,7 +15,9 @@
 #include "Objections.h"
 #include "Reports.h"
 #include "Standard.h"
+#include "StandardFiles.h"
 #include "Subcommands.h"
+#include "UpgradeInputs.h"
 #include "VyrAnnStandardScript.h"
 #include "VyrFiles.h"
 #include "VyrUtf8.h"
@@ -25,10 +28,11 @@ using Command = VyrAnnStandardScript::Command;
 using Verb = VyrAnnStandardScript::Verb;
 
 struct Options {
-  std::string file;
+  std::vector<std::string> files;
   std::vector<std::string> commands;
   std::string script;
   std::string output;
+  std::string folder;
   InPlaceOptions inPlace;
 };
 
@@ -144,17 +148,56 @@ std::vector<std::string> NamesOfChildren(const VyrAnnStandardXMLNode& parent) {
   return names;
 }
 
-/// Does an each-command child by child: it is done for every one of them, or not at all.
-void RunEach(CommandPaths& paths, const Step& step, Literals& literals) {
+/// What an each-command that adds does for one child.
+Verb VerbOfEach(Verb verb) {
+  return verb == Verb::EachNode ? Verb::Node : Verb::Value;
+}
+
+/// What an each-command comes to for a child.
+std::string TextFor(const std::string& child, const Command& each) {
+  return std::string(each.path) + "." + child + std::string(each.text);
+}
+
+/// How many children a command has changed, and why not the first one that it has not.
+struct Changes {
+  long done = 0;
+  long leftOut = 0;
+  std::string objection;
+};
+
+/// Changes the value in every child that has it.
+Changes ChangeEach(CommandPaths& paths, const Step& step, const std::vector<std::string>& children,
+                   Literals& literals) {
+  Changes changes;
+  for (const std::string& child : children) {
+    const std::string text = TextFor(child, step.command);
+    // To say why not takes a walk through the standard, which is made once.
+    const bool isTold = !changes.objection.empty() && !ChangesSomething(paths, text);
+    const std::string objection =
+        isTold ? changes.objection : ObjectionTo(paths, Verb::Change, text);
+    if (!objection.empty()) {
+      if (changes.leftOut++ == 0) changes.objection = objection;
+      continue;
+    }
+    Command command = step.command;
+    command.verb = Verb::Change;
+    command.text = text;
+    RunOne(paths, step, command, literals);
+    ++changes.done;
+  }
+  if (changes.done > 0) return changes;
+  throw Failure{kInvalidInput, step.place, step.line, "changes nothing: " + changes.objection};
+}
+
+/// Does an each-command child by child: additions are done for every one of them, or not at all.
+/// Returns what is to be said of it.
+std::string RunEach(CommandPaths& paths, const Step& step, Literals& literals) {
   const VyrAnnStandardXMLNode_var parent = paths.NodeAt(step.command.path);
   if (!parent || parent->GetNodes().empty()) {
     throw Failure{kInvalidInput, step.place, step.line,
-                  parent ? Quoted(step.command.path) + " has no child nodes to add to"
+                  parent ? Quoted(step.command.path) + " has no child nodes"
                          : paths.Missing(step.command.path)};
   }
-  Command command = step.command;
-  command.verb = step.command.verb == Verb::Each ? Verb::Value : Verb::Node;
-  command.path = {};
   // The names first: a command may add to the very list that is walked.
   const std::vector<std::string> children = NamesOfChildren(*parent);
   if (step.command.text.size() > VyrAnnStandardScript::kMostAdded / children.size()) {
@@ -164,12 +207,22 @@ void RunEach(CommandPaths& paths, const Step& step, Literals& literals) {
                       std::to_string(VyrAnnStandardScript::kMostAdded >> 20) +
                       " MB at most; serve them by several commands"};
   }
+  if (step.command.verb == Verb::EachChange) {
+    const Changes changes = ChangeEach(paths, step, children, literals);
+    return Counted(changes.done, "value") + " changed" +
+           (changes.leftOut == 0
+                ? ""
+                : ", " + std::to_string(changes.leftOut) + " left out: " + changes.objection);
+  }
+  Command command = step.command;
+  command.verb = VerbOfEach(step.command.verb);
+  command.path = {};
   for (const std::string& child : children) {
-    std::string text(step.command.path);
-    text.append(".").append(child).append(step.command.text);
+    const std::string text = TextFor(child, step.command);
     command.text = text;
     RunOne(paths, step, command, literals);
   }
+  return {};
 }
 
 /// Returns the number of commands done; the others are not for standards of this parent.
@@ -185,9 +238,9 @@ long RunAll(Standard& standard, const Steps& steps, const Session& session) {
                           Quoted(standard.parent) + ": " + std::string(step.source));
       continue;
     }
-    const bool isEach = step.command.verb == Verb::Each || step.command.verb == Verb::EachNode;
-    if (isEach) {
-      RunEach(paths, step, literals);
+    if (step.command.IsForEach()) {
+      const std::string said = RunEach(paths, step, literals);
+      if (!said.empty()) session.Say(standard.file + ": " + place + ": " + said);
     } else {
       RunOne(paths, step, step.command, literals);
     }
@@ -223,37 +276,56 @@ void CheckUsage(const Options& options) {
         "edit takes commands with -c or a script with -f, one of the two; see holstd edit "
         "--help");
   }
-  if (options.output.empty() != options.inPlace.isWanted) {
-    refuse("edit writes to -o FILE or --in-place, one of the two; see holstd edit --help");
+  const int targets = (options.output.empty() ? 0 : 1) + (options.folder.empty() ? 0 : 1) +
+                      (options.inPlace.isWanted ? 1 : 0);
+  if (targets != 1) {
+    refuse(
+        "edit writes to -o FILE, -d FOLDER or --in-place, one of the three; see holstd edit "
+        "--help");
   }
-  if (options.inPlace.isWanted && options.file == "-") {
-    refuse("standard input cannot be edited in place; give -o FILE");
+  if (!options.output.empty() && NamesMany(options.files)) {
+    refuse("several standards cannot go into one file; give -d FOLDER or --in-place");
   }
-  if (options.file == "-" && options.script == "-") {
+  const bool readsInput =
+      std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
+  if (readsInput && options.output.empty()) {
+    refuse("standard input has no name to be saved under; give -o FILE");
+  }
+  if (readsInput && options.script == "-") {
     refuse("standard input cannot be both the standard and the script; give a file for one");
   }
 }
 
-void CheckOutput(const Options& options) {
-  if (options.inPlace.isWanted) return;
-  if (options.file != "-" && IsSameFile(options.file, options.output)) {
-    throw Failure{kUndecided, options.output, 0,
-                  "is the standard itself; to replace it give --in-place instead of -o"};
+std::string TargetOf(const Options& options, const std::string& file) {
+  if (options.inPlace.isWanted) return file;
+  return options.folder.empty() ? options.output : TargetIn(options.folder, file);
+}
+
+void CheckTarget(const Options& options, const std::string& file, const std::string& target) {
+  if (options.inPlace.isWanted) return RefuseNameInPlace(file);
+  if (file != "-" && IsSameFile(FileOrStandard(file).file, target)) {
+    throw Failure{kUndecided, target, 0,
+                  "is the standard itself; to replace it give --in-place instead"};
   }
-  if (!options.script.empty() && IsSameFile(options.script, options.output)) {
-    throw Failure{kUndecided, options.output, 0,
-                  "is the script itself, which would be destroyed; give another file after -o"};
+  if (!options.script.empty() && IsSameFile(options.script, target)) {
+    throw Failure{kUndecided, target, 0,
+                  "is the script itself, which would be destroyed; name another target"};
   }
 }
 
-ExitStatus EditFile(const Options& options, const Session& session) {
-  CheckUsage(options);
-  CheckOutput(options);
-  const Steps steps(options);
-  Standard standard = ReadStandard(options.file);
+/// The folder of the results is made where there is none.
+void MakeFolder(const Options& options) {
+  std::error_code error;
+  if (!options.folder.empty()) std::filesystem::create_directories(options.folder, error);
+}
+
+ExitStatus EditFile(const Options& options, const std::string& file, const Steps& steps,
+                    const Session& session) {
+  const std::string target = TargetOf(options, file);
+  CheckTarget(options, file, target);
+  Standard standard = ReadStandard(file);
   const auto newerBefore = FindNewerContent(standard);
   const long done = RunAll(standard, steps, session);
-  const std::string& target = options.inPlace.isWanted ? options.file : options.output;
   if (done == 0 && options.inPlace.isWanted) {
     session.Say(target + ": left as it is, no command is for it");
     return kDone;
@@ -263,6 +335,7 @@ ExitStatus EditFile(const Options& options, const Session& session) {
     session.Warn(target, *said);
   }
   const std::string talk = Counted(done, "command") + " done";
+  MakeFolder(options);
   const VyrFileChange change = options.inPlace.isWanted
                                    ? ReplaceInPlace(target, text, options.inPlace)
                                    : WriteResult(target, text, options.inPlace);
@@ -270,11 +343,42 @@ ExitStatus EditFile(const Options& options, const Session& session) {
   return kDone;
 }
 
+/// Of several standards what is wrong with a command says also which one it was for.
+Failure FailureOf(const std::string& file, const Steps& steps, const Failure& failure) {
+  const bool isOfCommand =
+      std::any_of(steps.All().begin(), steps.All().end(),
+                  [&](const Step& step) { return step.place == failure.place; });
+  if (!isOfCommand) return failure;
+  const std::string line = failure.line > 0 ? ":" + std::to_string(failure.line) : "";
+  return {failure.status, file, 0, failure.place + line + ": " + failure.text};
+}
+
+/// Each file is edited whole or not at all, whatever becomes of the others.
+ExitStatus EditFiles(const Options& options, Session& session) {
+  CheckUsage(options);
+  const Steps steps(options);
+  ExitStatus worst = kDone;
+  const std::vector<std::string> files = FilesOf(options.files, session, worst);
+  std::vector<UpgradeInput> inputs;
+  for (const std::string& file : files) inputs.push_back({file, TargetOf(options, file)});
+  RefuseSameTargets(inputs);
+  const bool areMany = NamesMany(options.files);
+  const ExitStatus status = ForEachFile(session, files, [&](const std::string& file) {
+    try {
+      return EditFile(options, file, steps, session);
+    } catch (const Failure& failure) {
+      if (!areMany) throw;
+      throw FailureOf(file, steps, failure);
+    }
+  });
+  return std::max(status, worst);
+}
+
 }  // namespace
 
 Action Edit::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  command.AddFile(options->file);
+  command.AddFiles(options->files);
   command.AddOptions("-c,--command", options->commands, "\"VERB COMMAND\"",
                      "A command, as a script has it; may be repeated");
   command
@@ -282,16 +386,20 @@ Action Edit::Register(Arguments& command) {
                  "Script with a command a line, - for standard input")
       .TakesPath();
   command.AddOutput(options->output);
-  AddInPlace(command, options->inPlace, "Replace FILE by the result");
+  command.AddOption("-d,--directory", options->folder, "FOLDER", "Folder for the results")
+      .TakesPath();
+  AddInPlace(command, options->inPlace, "Replace each FILE by the result");
   command.AddExamples(
       {"holstd edit ISO.xml -o site.xml -c 'change Root.Dimension.DIMLTail:12.5'",
        "holstd edit site.xml --in-place -c 'node Root:Site' \\",
        "    -c 'value Root.Site:Owner:string:Design office'",
-       "holstd edit ISO.xml -o site.xml -f site.txt -v"},
+       "holstd edit ISO.xml -o site.xml -f site.txt -v", "holstd edit sites --in-place -f site.txt",
+       "holstd edit sites/*.xml -d edited -c 'each-change Root.Styles.Text .Font.Size:3.5'"},
       std::string("Commands are needed, and a target.\n"
-                  "Verbs: node, instance, value, field, change, delete, each, each-node.\n"
-                  "The target is written when every command could be done, else not at "
-                  "all.\n\n") +
+                  "Verbs: node, instance, value, field, change, delete, each, each-node,\n"
+                  "each-change.\n"
+                  "A target is written when every command could be done, else not at all. Of\n"
+                  "several standards one that fails stops no other.\n\n") +
           kBackupNote);
-  return [options](Session& session) { return EditFile(*options, session); };
+  return [options](Session& session) { return EditFiles(*options, session); };
 }

@@ -11,6 +11,7 @@
 #include "ShippedStandard.h"
 #include "Standard.h"
 #include "StandardDifferences.h"
+#include "StandardFiles.h"
 #include "StandardItems.h"
 #include "Subcommands.h"
 #include "ValueMeaning.h"
@@ -269,5 +270,8 @@ Action Explain::Register(Arguments& command) {
       "The default is what the shipped standard of the same parent standard has at the "
       "same\npath, in the entry of the same Name where there are several. A value differs "
       "from it\nas 'holstd diff' compares: 1 and 1.0 are the same float.");
-  return [options](Session& session) { return PrintExplanations(*options, session); };
+  return [options](Session& session) {
+    options->file = FileOrStandard(options->file).file;
+    return PrintExplanations(*options, session);
+  };
 }

@@ -11,6 +11,7 @@
 #include "PathMatches.h"
 #include "PathSearch.h"
 #include "Reports.h"
+#include "StandardFiles.h"
 #include "Subcommands.h"
 #include "ToldValues.h"
 
@@ -237,5 +238,8 @@ Action Get::Register(Arguments& command) {
       "node\nthe first value is told, and the type is that of all values of the first "
       "node.\nA line break inside a value is shown as \\n, and what a terminal would obey as "
       "an\nescape of that kind; --json has the text as it is.");
-  return [options](Session& session) { return PrintValues(*options, session); };
+  return [options](Session& session) {
+    options->file = FileOrStandard(options->file).file;
+    return PrintValues(*options, session);
+  };
 }

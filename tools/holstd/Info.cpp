@@ -5,6 +5,7 @@
 #include "OpenStandard.h"
 #include "Standard.h"
 #include "Subcommands.h"
+#include "UpgradeInputs.h"
 
 namespace {
 
@@ -78,7 +79,7 @@ std::string AsText(const Json& info) {
 
 ExitStatus PrintInfo(const Options& options, Session& session) {
   Json list = Json::array();
-  const ExitStatus status = ForEachFile(session, options.files, [&](const std::string& file) {
+  const ExitStatus status = ForEachStandard(session, options.files, [&](const std::string& file) {
     Standard standard = ReadStandard(file);
     list.push_back(InfoOf(standard));
     if (!options.json) session.Print((list.size() > 1 ? "\n" : "") + AsText(list.back()));

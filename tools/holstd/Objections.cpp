@@ -245,6 +245,12 @@ std::optional<WrittenLiteral> LiteralAdded(CommandPaths& paths, Verb verb, std::
 
 }  // namespace
 
+bool ChangesSomething(CommandPaths& paths, std::string_view text) {
+  std::string_view path;
+  paths.CutPath(text, path);
+  return paths.NodeAt(path) || ValueOfText(paths, path) || paths.ValueAt(path);
+}
+
 std::optional<WrittenLiteral> LiteralWritten(CommandPaths& paths, Verb verb,
                                              std::string_view text) {
   if (text.substr(0, text.find_first_of(".:")) != "Root") return std::nullopt;
@@ -267,6 +273,7 @@ std::string ObjectionTo(CommandPaths& paths, Verb verb, std::string_view text) {
       return ObjectionToDelete(paths, text);
     case Verb::Each:
     case Verb::EachNode:
+    case Verb::EachChange:
       break;
   }
   return {};

@@ -14,6 +14,9 @@
 std::string ObjectionTo(CommandPaths& paths, VyrAnnStandardScript::Verb verb,
                         std::string_view text);
 
+/// True when the path of a `change` leads to something, whether or not that can be changed.
+bool ChangesSomething(CommandPaths& paths, std::string_view text);
+
 /// A literal that a command writes, and the enumeration that must have it.
 struct WrittenLiteral {
   std::string enumeration;

@@ -1,5 +1,6 @@
 #include "OpenStandard.h"
 
+#include "StandardFiles.h"
 #include "VyrDftStandardServices.h"
 
 std::string StandardName(const std::string& file) {
@@ -9,9 +10,10 @@ std::string StandardName(const std::string& file) {
 }
 
 OpenStandard::OpenStandard(const std::string& file)
-    : input_(file),
+    : input_(FileOrStandard(file).file),
       standard_(ReadStandard(input_)),
-      told_(VyrDftStandardServices::GetStandardFromFile(input_.Path(), StandardName(file))) {
+      told_(
+          VyrDftStandardServices::GetStandardFromFile(input_.Path(), StandardName(input_.Name()))) {
   if (!told_) throw Failure{kInvalidInput, file, 0, "cannot be opened as the application does"};
 }
 

@@ -13,7 +13,7 @@ std::string StandardName(const std::string& file);
 /// An XML standard that was read and is also open the way the application opens it.
 class OpenStandard {
  public:
-  /// `file` may be "-" for standard input. Throws `Failure`.
+  /// `file` is read as by `ReadStandard`. Throws `Failure`.
   explicit OpenStandard(const std::string& file);
 
   /// The file, to be read once more.

@@ -5,6 +5,7 @@
 #include "InPlace.h"
 #include "Signals.h"
 #include "Subcommands.h"
+#include "UpgradeInputs.h"
 #include "VyrBackups.h"
 
 namespace {
@@ -48,31 +49,46 @@ std::string Advice(Result result) {
   }
 }
 
-ExitStatus RestoreFile(const Options& options, const std::string& file, const Session& session) {
+bool IsNamed(const Options& options, const std::string& file) {
+  return std::find(options.files.begin(), options.files.end(), file) != options.files.end();
+}
+
+/// Returns false when a standard of a folder has no backup.
+bool RestoreFile(const Options& options, const std::string& file, const Session& session) {
   const VyrReplaced replaced = options.hasNoBackup ? VyrReplaced::Dropped : VyrReplaced::Kept;
   const SignalsWait wait;
   const VyrFileChange change = VyrRestoreFile(file, replaced);
+  if (change.result == Result::NoBackup && !IsNamed(options, file)) return false;
   if (change.result != Result::Done) {
     throw Failure{StatusOf(change.result), change.file, 0, change.problem + Advice(change.result)};
   }
   session.Say(file + ": restored from " + change.backup +
               (change.kept.empty() ? "" : "; what it held is in " + change.kept));
-  return kDone;
+  return true;
 }
 
+/// Of a folder what has a backup is restored.
 ExitStatus RestoreFiles(const Options& options, Session& session) {
-  if (std::find(options.files.begin(), options.files.end(), "-") != options.files.end()) {
+  if (IsNamed(options, "-")) {
     throw Failure{kUsage, "", 0, "standard input has no backup; name a file"};
   }
-  return ForEachFile(session, options.files,
-                     [&](const std::string& file) { return RestoreFile(options, file, session); });
+  bool isAnyRestored = false;
+  const ExitStatus worst = ForEachStandard(session, options.files, [&](const std::string& file) {
+    if (RestoreFile(options, file, session)) isAnyRestored = true;
+    return kDone;
+  });
+  if (isAnyRestored || worst != kDone) return worst;
+  throw Failure{kNegativeAnswer, options.files.front(), 0,
+                "no standard in it has a backup" + Advice(Result::NoBackup)};
 }
 
 }  // namespace
 
 Action Restore::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  command.AddWords("FILE", options->files, "Standards that were replaced").Required().TakesPath();
+  command.AddWords("FILE", options->files, "Standards that were replaced, or folders of such")
+      .Required()
+      .TakesPath();
   command.AddFlag("--no-backup", options->hasNoBackup, "Do not keep what FILE holds now");
   command.AddExamples(
       {"holstd restore site.xml", "holstd restore sites/*.xml"},

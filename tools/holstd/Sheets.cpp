@@ -6,6 +6,7 @@
 #include "OpenStandard.h"
 #include "Reports.h"
 #include "SheetProblems.h"
+#include "StandardFiles.h"
 #include "Subcommands.h"
 #include "TextTable.h"
 #include "VyrAnnStandardServices.h"
@@ -191,5 +192,8 @@ Action Sheets::Register(Arguments& command) {
        "holstd convert ISO.txt -o ISO.xml && holstd sheets ISO.xml"},
       "Lengths are in the standard's unit, millimetres in the shipped ones. '-' stands for "
       "what\nthe standard does not say.");
-  return [options](Session& session) { return PrintSheets(*options, session); };
+  return [options](Session& session) {
+    options->file = FileOrStandard(options->file).file;
+    return PrintSheets(*options, session);
+  };
 }

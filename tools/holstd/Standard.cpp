@@ -7,6 +7,7 @@
 
 #include "Failure.h"
 #include "Format.h"
+#include "StandardFiles.h"
 #include "VyrDftStdPersistence.h"
 #include "VyrDrwParseStandard.h"
 
@@ -65,7 +66,7 @@ Standard ReadStandard(const InputFile& input) {
 }
 
 Standard ReadStandard(const std::string& file) {
-  return ReadStandard(InputFile(file));
+  return ReadStandard(InputFile(FileOrStandard(file).file));
 }
 
 std::string VersionProblem(VyrAnnStandardXMLParser& document) {

@@ -9,13 +9,14 @@
 
 /// An XML standard that was read.
 struct Standard {
-  std::string file;  ///< "-" for standard input
+  std::string file;  ///< also where a name has led to it; "-" for standard input
   VyrAnnStandardXMLParser document;
   std::string parent;  ///< parent standard; empty when the standard does not say
   int version = 0;     ///< format version; -1 when it cannot be told
 };
 
-/// Reads an XML standard, "-" from standard input. Throws `Failure`.
+/// Reads an XML standard: of a file, of the standard of that name, or for "-" from standard input.
+/// Throws `Failure`.
 Standard ReadStandard(const std::string& file);
 Standard ReadStandard(const InputFile& input);
 

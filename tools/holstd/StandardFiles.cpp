@@ -73,3 +73,10 @@ StandardFile FileOrStandard(const std::string& argument) {
                 "there is no such file, and no standard of that name" +
                     (names.empty() ? std::string() : "; there are " + Joined(names))};
 }
+
+void RefuseNameInPlace(const std::string& argument) {
+  const StandardFile source = FileOrStandard(argument);
+  if (!source.isNamed) return;
+  throw Failure{kUndecided, argument, 0,
+                "is the name of a standard; to replace its file give that, " + source.file};
+}

@@ -17,6 +17,9 @@ struct StandardFile {
   bool isNamed = false;     ///< the argument is the name of a standard
   std::string hidden = {};  ///< a shipped standard of that name that is another one; mostly empty
 };
-/// The argument itself when it is "-" or leads to something other than a folder, else the file of
-/// the standard of that name. Throws `Failure`.
+/// One mechanism for all commands: the argument itself when it is "-" or leads to something other
+/// than a folder, else the file of the standard of that name. Throws `Failure`.
 StandardFile FileOrStandard(const std::string& argument);
+/// Throws `Failure` when the argument is a name: a standard is replaced by the name of its file
+/// only, since a name may lead to one that is shipped.
+void RefuseNameInPlace(const std::string& argument);

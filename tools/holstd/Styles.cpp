@@ -7,6 +7,7 @@
 #include "Format.h"
 #include "OpenStandard.h"
 #include "Reports.h"
+#include "StandardFiles.h"
 #include "Subcommands.h"
 #include "TextTable.h"
 
@@ -121,5 +122,8 @@ Action Styles::Register(Arguments& command) {
   command.AddJson(options->json);
   command.AddExamples(
       {"holstd styles ISO.xml", "holstd styles ISO.xml Text", "holstd styles --json ISO.xml"});
-  return [options](Session& session) { return PrintStyles(*options, session); };
+  return [options](Session& session) {
+    options->file = FileOrStandard(options->file).file;
+    return PrintStyles(*options, session);
+  };
 }

@@ -6,6 +6,7 @@
 #include "Format.h"
 #include "PathSearch.h"
 #include "Standard.h"
+#include "StandardFiles.h"
 #include "StandardItems.h"
 #include "Subcommands.h"
 
@@ -100,5 +101,8 @@ Action Tree::Register(Arguments& command) {
        "holstd tree ISO.xml TypeDef.ToleranceDisplay", "holstd tree ISO.xml 'Frames.FrameDef[2]'"},
       "Of several nodes of one name the first is meant; a place in brackets means "
       "another one.");
-  return [options](Session& session) { return PrintTree(*options, session); };
+  return [options](Session& session) {
+    options->file = FileOrStandard(options->file).file;
+    return PrintTree(*options, session);
+  };
 }

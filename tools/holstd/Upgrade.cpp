@@ -30,12 +30,6 @@ struct Options {
   UpgradeManner manner;
 };
 
-/// True when several standards are named, or a folder, whatever is in it.
-bool NamesMany(const std::vector<std::string>& files) {
-  std::error_code error;
-  return files.size() > 1 || std::filesystem::is_directory(files.front(), error);
-}
-
 void CheckUsage(const Options& options) {
   const auto refuse = [](const char* text) { throw Failure{kUsage, "", 0, text}; };
   const bool isInPlace = options.manner.inPlace.isWanted;
@@ -61,7 +55,7 @@ std::string TargetOf(const Options& options, const std::string& file) {
   if (options.manner.isDryRun) return {};
   if (options.manner.inPlace.isWanted) return file;
   if (!options.output.empty()) return options.output;
-  return std::filesystem::path(options.folder) / std::filesystem::path(file).filename();
+  return TargetIn(options.folder, file);
 }
 
 /// A standard as it comes back from the process that upgraded it.
@@ -227,9 +221,7 @@ ExitStatus UpgradeFiles(Options& options, Session& session) {
 Action Upgrade::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
   UpgradeManner& manner = options->manner;
-  command.AddWords("FILE", options->files, "XML standards, folders of such, - for standard input")
-      .Required()
-      .TakesPath();
+  command.AddFiles(options->files);
   command.AddOutput(options->output);
   command.AddOption("-d,--directory", options->folder, "FOLDER", "Folder for the results")
       .TakesPath();

@@ -11,6 +11,7 @@
 #include "MemoryShortage.h"
 #include "Reports.h"
 #include "Standard.h"
+#include "StandardFiles.h"
 #include "StandardSnapshot.h"
 #include "UpgradeResult.h"
 #include "UpgradeSteps.h"
@@ -97,13 +98,14 @@ VyrFileChange Save(VyrDrwParseStandard& converter, const UpgradeInput& input,
 /// Refuses what cannot be written to before it is read.
 void CheckTarget(const UpgradeInput& input, const UpgradeManner& manner) {
   if (input.target.empty() || input.file == "-") return;
+  if (manner.inPlace.isWanted) RefuseNameInPlace(input.file);
   std::error_code error;
   const auto status = std::filesystem::status(input.file, error);
   if (manner.inPlace.isWanted && exists(status) && !is_regular_file(status)) {
     throw Failure{kNotWritten, input.file, 0,
                   "is not a regular file and cannot be replaced; give -o FILE"};
   }
-  if (!manner.inPlace.isWanted && IsSameFile(input.file, input.target)) {
+  if (!manner.inPlace.isWanted && IsSameFile(FileOrStandard(input.file).file, input.target)) {
     throw Failure{kUndecided, input.target, 0,
                   "is the standard itself; to replace it give --in-place instead"};
   }
@@ -136,7 +138,7 @@ void Upgrade(const UpgradeInput& input, const UpgradeManner& manner, Session& se
              Upgraded& upgraded) {
   Json& report = upgraded.report;
   CheckTarget(input, manner);
-  const InputFile file(input.file);
+  const InputFile file(FileOrStandard(input.file).file);
   VyrDrwParseStandard converter(file.Path());
   Decode(converter, file);
   const int version = converter.GetVersion();

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "Format.h"
+#include "StandardFiles.h"
 #include "VyrUtf8.h"
 
 namespace {
@@ -63,6 +64,28 @@ std::vector<std::string> FilesOf(const std::vector<std::string>& arguments, cons
     }
   }
   return files;
+}
+
+bool NamesMany(const std::vector<std::string>& arguments) {
+  std::error_code error;
+  return arguments.size() > 1 || fs::is_directory(arguments.front(), error);
+}
+
+ExitStatus ForEachStandard(Session& session, const std::vector<std::string>& arguments,
+                           const std::function<ExitStatus(const std::string& file)>& visit) {
+  ExitStatus worst = kDone;
+  const std::vector<std::string> files = FilesOf(arguments, session, worst);
+  return std::max(ForEachFile(session, files, visit), worst);
+}
+
+std::string TargetIn(const std::string& folder, const std::string& file) {
+  std::string name = file;
+  try {
+    name = FileOrStandard(file).file;
+  } catch (const Failure&) {
+    // Whoever reads it tells of it.
+  }
+  return fs::path(folder) / fs::path(name).filename();
 }
 
 void RefuseSameTargets(const std::vector<UpgradeInput>& inputs) {
