@@ -17,8 +17,6 @@ constexpr std::string_view kString = "std:strval";
 constexpr std::string_view kEnumeration = "std:enumval";
 constexpr std::string_view kColor = "std:colorval";
 
-constexpr std::string_view kBlanks = " \t\r\n";
-
 bool IsType(bool isOneOfThem) {
   return kTransientStandardUnit.Check(isOneOfThem, "Unexpected value type node in standard xml");
 }
@@ -30,17 +28,14 @@ bool IsNumber(bool isOne) {
 HRESULT AppendColor(std::string_view text, std::vector<int>& numbers) {
   const std::size_t before = numbers.size();
   for (;;) {
-    const std::size_t begin = text.find_first_not_of(kBlanks);
-    if (begin == text.npos) break;
-    text.remove_prefix(begin);
-    const std::string_view token = text.substr(0, text.find_first_of(kBlanks));
+    const std::string_view token = TakeColorComponent(text);
+    if (token.empty()) break;
     const auto component = ReadDecimalInteger(token);
     if (!IsNumber(component.has_value())) {
       numbers.resize(before);
       return E_UNEXPECTED;
     }
     numbers.push_back(*component);
-    text.remove_prefix(token.size());
   }
   return IsNumber(numbers.size() > before) ? S_OK : E_UNEXPECTED;
 }

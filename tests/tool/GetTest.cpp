@@ -154,8 +154,8 @@ TEST(Get, ABoundIsNoNameInAPath) {
 
 TEST(Get, ANumberIsShownAsTheShortestTextOfItsType) {
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {"1189", "1189.0"},  {"0.10", "0.1"},    {"-0.5e1", "-5.0"},
-      {"1e300", "1e+300"}, {" 2.5 mm", "2.5"}, {"0.1000000000000000055", "0.1"},
+      {"1189", "1189.0"},  {"0.10", "0.1"},  {"-0.5e1", "-5.0"},
+      {"1e300", "1e+300"}, {" 2.5 ", "2.5"}, {"0.1000000000000000055", "0.1"},
   };
   for (const auto& [text, shown] : cases) {
     EXPECT_EQ(GetOf(Document(Parameter("A", "floatval", text)), "A", {}).out, shown + "\n");
@@ -179,6 +179,97 @@ TEST(Get, AColorAmongOtherTypesIsNotTold) {
       Document(Parameter("C", "colorval", "1 2 3") + Parameter("C", "strval", "red"));
   ExpectFailure(GetOf(text, "C", {}), 1, {"'1 2 3'", "would be colors or ints"});
   EXPECT_EQ(GetOf(text, "C", {"--all"}).out, "red\n");
+}
+
+TEST(Get, AWholeNumberOfItsTypeIsNoWarning) {
+  const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
+      {"intval", {"2", " 5 ", "+5", "-5", "007", "\n5\n"}},
+      {"floatval", {"2", " 5 ", "+5", "-5", "1e3", ".5", "5.", "12.5", "25e-2"}},
+      {"colorval", {"255 0 0", " 255  0\n0 "}},
+      {"strval", {"12,5", "abc"}},
+      {"enumval name=\"E\"", {"12,5"}},
+  };
+  for (const auto& [element, texts] : cases) {
+    for (const std::string& text : texts) {
+      SCOPED_TRACE(element + " '" + text + "'");
+      for (const char* option : {"--all", "--index=1", "--json"}) {
+        const ToolRun run = GetOf(Document(Parameter("A", element, text)), "A", {option});
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.err, "");
+        EXPECT_THAT(run.out, testing::Not(testing::HasSubstr("inFile")));
+      }
+    }
+  }
+}
+
+TEST(Get, ATextThatIsNoNumberOfItsTypeIsToldAsTheApplicationReadsItAndWarnedOf) {
+  struct Misread {
+    const char* element;
+    const char* text;
+    const char* told;
+    const char* right;
+  };
+  const std::vector<Misread> cases = {
+      {"floatval", "12,5", "12.0", "12.5"},  {"floatval", " 12,5 ", "12.0", "12.5"},
+      {"floatval", "5 mm", "5.0", "5.0"},    {"floatval", "1.5.7", "1.5", "1.5"},
+      {"floatval", "1,5,7", "1.0", "1.0"},   {"floatval", "2e", "2.0", "2.0"},
+      {"intval", "2.0", "2", "2"},           {"intval", "2,5", "2", "2"},
+      {"intval", "1e3", "1", "1"},           {"colorval", "255 0x 0", "255 0 0", "255 0 0"},
+      {"colorval", "255,0,0", "255", "255"},
+  };
+  for (const auto& [element, text, told, right] : cases) {
+    const std::string file = Document(Parameter("A", element, text));
+    const std::string type = std::string(element).substr(0, std::string(element).find("val"));
+    const std::string line = "holstd: standard input: warning: 'A' is '" + std::string(text) +
+                             "' in the file, no number of its type " + type +
+                             "; the application reads " + told + "; write " + right +
+                             " if that is meant\n";
+    for (const char* option : {"--all", "--index=1"}) {
+      const ToolRun run = GetOf(file, "A", {option});
+      EXPECT_EQ(run.status, 0);
+      EXPECT_EQ(run.out, std::string(told) + "\n");
+      EXPECT_EQ(run.err, line);
+    }
+    const ToolRun json = GetOf(file, "A", {"--json"});
+    EXPECT_EQ(json.err, line);
+    EXPECT_EQ(ParsedJson(json)["value"], told);
+    EXPECT_EQ(ParsedJson(json)["inFile"], text);
+    EXPECT_EQ(ParsedJson(GetOf(file, "A", {"--json", "--all"}))[0]["inFile"], text);
+  }
+}
+
+TEST(Get, OfManyTextsThatAreNoNumbersEachHasItsLineUpToAHundred) {
+  std::string content;
+  for (int i = 1; i <= 103; ++i) content += Parameter("A", "floatval", std::to_string(i) + ",5");
+  const ToolRun run = GetOf(Document(Parameter("A", "floatval", "7") + content), "A", {"--all"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 104);
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 101);
+  EXPECT_THAT(run.err, testing::HasSubstr(": warning: value 2 of 'A' is '1,5' in the file"));
+  EXPECT_THAT(run.err, testing::HasSubstr(": warning: value 101 of 'A' is '100,5' in the file"));
+  EXPECT_THAT(run.err, testing::EndsWith(": warning: and 3 values more like these\n"));
+
+  const ToolRun one = GetOf(Document(content), "A", {"--index", "103"});
+  EXPECT_EQ(one.out, "103.0\n");
+  EXPECT_THAT(one.err, testing::HasSubstr("value 103 of 'A' is '103,5' in the file"));
+}
+
+TEST(Get, EveryValueThatCannotBeToldHasItsLineWithWhatItWouldBe) {
+  const std::string text =
+      Document(Parameter("A", "intval", "abc") + Parameter("A", "floatval", "12,5") +
+               Parameter("A", "floatval", "wide"));
+  const ToolRun run = GetOf(text, "A", {"--all"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "12.0\n");
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 3);
+  for (const char* part :
+       {": value 1 of 'A' holds 'abc', which cannot be told as the int it is meant to be; it "
+        "would be an integer of 32 bits, such as 12\n",
+        ": warning: value 2 of 'A' is '12,5' in the file",
+        ": value 3 of 'A' holds 'wide', which cannot be told as the float it is meant to be; it "
+        "would be a number, such as 12.5\n"}) {
+    EXPECT_THAT(run.err, testing::HasSubstr(part));
+  }
 }
 
 TEST(Get, AllOfThemAreNotToldWhenOneCannotBe) {

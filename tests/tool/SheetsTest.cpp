@@ -57,6 +57,66 @@ TEST(Sheets, OfFormatsAndStylesTheOnesThatCanBeReadArePrinted) {
   EXPECT_TRUE(ParsedJson(ofStyle)["styles"].empty());
 }
 
+TEST(Sheets, ATextThatIsNoNumberIsReadAsTheApplicationDoesAndWarnedOf) {
+  std::string text = Replaced(WithSheets(SampleStandard()), ">1189<", ">1189,5<");
+  text = Replaced(text, ">210.0<", ">210 mm<");
+  text = Replaced(text, ">0.5<", ">0.5:1<");
+  const std::string warning = "holstd: standard input: warning: ";
+  const std::string lines =
+      warning +
+      "'SheetFormat.Width' of 'A0 ISO' is '1189,5' in the file, no number of its type float; the "
+      "application reads 1189; write 1189.5 if that is meant\n" +
+      warning +
+      "'SheetFormat.Height' of 'Strip' is '210 mm' in the file, no number of its type float; the "
+      "application reads 210; write 210 if that is meant\n" +
+      warning +
+      "'Root.Styles.Sheet.Large.GlobalScale' is '0.5:1' in the file, no number of its type float; "
+      "the application reads 0.5; write 0.5 if that is meant\n";
+  const ToolRun table = RunTool({"sheets", "-"}, {.input = text});
+  EXPECT_EQ(table.status, 0);
+  EXPECT_THAT(table.out, HasSubstr("1189 x 841"));
+  EXPECT_EQ(table.err, lines);
+
+  const ToolRun json = RunTool({"sheets", "-", "--json"}, {.input = text});
+  EXPECT_EQ(json.status, 0);
+  EXPECT_EQ(json.err, lines);
+  const auto sheets = ParsedJson(json);
+  EXPECT_EQ(sheets["formats"][0]["width"], 1189);
+  EXPECT_EQ(sheets["formats"][0]["widthInFile"], "1189,5");
+  EXPECT_FALSE(sheets["formats"][0].contains("heightInFile"));
+  EXPECT_EQ(sheets["formats"][1]["heightInFile"], "210 mm");
+  EXPECT_FALSE(sheets["styles"][0].contains("scaleInFile"));
+  EXPECT_EQ(sheets["styles"][1]["scaleInFile"], "0.5:1");
+}
+
+TEST(Sheets, AWholeNumberHoweverWrittenIsNoWarning) {
+  for (const std::string number : {" 5 ", "+5", "1e3", ".5", "5.", "12.5"}) {
+    std::string text = Replaced(WithSheets(SampleStandard()), ">1189<", ">" + number + "<");
+    text = Replaced(text, ">841<", ">" + number + "<");
+    text = Replaced(text, ">0.5<", ">" + number + "<");
+    const ToolRun run = RunTool({"sheets", "-", "--json"}, {.input = text});
+    EXPECT_EQ(run.status, 0) << number;
+    EXPECT_EQ(run.err, "") << number;
+    EXPECT_THAT(run.out, testing::Not(HasSubstr("InFile"))) << number;
+  }
+}
+
+TEST(Sheets, OfManyTextsThatAreNoNumbersAHundredAreToldAndTheOthersCounted) {
+  const std::string text = WithSheets(SampleStandard());
+  std::string formats;
+  for (int i = 0; i < 60; ++i) {
+    formats +=
+        "<std:typeval name=\"Formats\"><std:strval name=\"Name\">F</std:strval><std:floatval "
+        "name=\"Width\">1,5</std:floatval><std:floatval name=\"Height\">2,5</std:floatval>"
+        "<std:enumval name=\"FormatOrientationType\">PortraitOnly</std:enumval></std:typeval>\n";
+  }
+  const std::string head = "<std:node name=\"SheetFormat\">\n";
+  const ToolRun run = RunTool({"sheets", "-"}, {.input = Replaced(text, head, head + formats)});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 101);
+  EXPECT_THAT(run.err, testing::EndsWith("warning: and 20 values more like these\n"));
+}
+
 TEST(Sheets, AFieldOfAnotherTypeIsNamed) {
   const std::string text =
       Replaced(WithSheets(SampleStandard()), "<std:floatval name=\"Width\">1189</std:floatval>",

@@ -23,3 +23,9 @@ void FileProblems::ComplainOf(const std::string& file, const Session& session) c
   session.Complain({kNegativeAnswer, file, 0,
                     "and " + Counted(static_cast<long>(more_), "problem") + " more like these"});
 }
+
+void FileProblems::WarnOf(const std::string& file, const Session& session) const {
+  for (const FileProblem& problem : told_) session.Warn(file, problem.text);
+  if (more_ == 0) return;
+  session.Warn(file, "and " + Counted(static_cast<long>(more_), "value") + " more like these");
+}

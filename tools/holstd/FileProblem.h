@@ -43,6 +43,8 @@ class FileProblems {
 
   /// A message for each, and one for those that are not told.
   void ComplainOf(const std::string& file, const Session& session) const;
+  /// The same as warnings, of values that are taken all the same; without lines.
+  void WarnOf(const std::string& file, const Session& session) const;
 
  private:
   std::vector<FileProblem> told_;

@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "Arguments.h"
+#include "FileProblem.h"
 #include "Format.h"
+#include "NumberTexts.h"
 #include "OpenStandard.h"
 #include "PathMatches.h"
 #include "PathSearch.h"
@@ -62,6 +64,12 @@ std::string NotFound(const std::string& path, OpenStandard& standard) {
   return correction.Message("below", "'holstd tree' shows what there is");
 }
 
+/// What a message calls one of the values that the path finds.
+std::string Subject(const Query& query, std::size_t index) {
+  const std::string path = Quoted(query.options.path);
+  return query.matches.Count() == 1 ? path : "value " + std::to_string(index + 1) + " of " + path;
+}
+
 /// Says why an element that the path finds has nothing to tell.
 std::string NotTold(const Query& query, std::size_t index) {
   const std::string& path = query.options.path;
@@ -72,9 +80,14 @@ std::string NotTold(const Query& query, std::size_t index) {
            "; name one of them, see " + Quoted("holstd tree " + query.options.file + " " + path);
   }
   if (value.text.empty()) return Quoted(path) + " is empty, so that there is nothing to tell";
-  return Quoted(path) + " holds " + Quoted(value.text) + ", which cannot be told as " +
-         (value.type == "color" ? "a color; all that the path finds would be colors or ints"
-                                : "the " + value.type + " it is meant to be");
+  const std::string refused =
+      Subject(query, index) + " holds " + Quoted(value.text) + ", which cannot be told as ";
+  if (value.type == "color" && !IsNoNumber(value.type, value.text)) {
+    return refused + "a color; all that the path finds would be colors or ints";
+  }
+  const std::string form = NumberForm(value.type);
+  return refused + "the " + value.type + " it is meant to be" +
+         (form.empty() ? "" : "; it would be " + form);
 }
 
 void AddType(Json& object, const FileValue& value) {
@@ -85,10 +98,18 @@ void AddType(Json& object, const FileValue& value) {
 void AddValue(Json& object, const FileValue& value, const std::string& told) {
   AddType(object, value);
   object["value"] = told;
+  if (IsNoNumber(value.type, value.text)) object["inFile"] = value.text;
   if (value.type == "float" && !value.label.empty()) object["minimum"] = value.label;
 }
 
-void PrintOne(const Query& query) {
+/// What is warned of a value that is told, but not as the file has it; empty: nothing.
+std::string WarningOf(const Query& query, std::size_t index, const FileValue& value,
+                      const std::string& told) {
+  if (!IsNoNumber(value.type, value.text)) return {};
+  return NoNumberWarning(Subject(query, index), value.type, value.text, told);
+}
+
+ExitStatus PrintOne(const Query& query) {
   const Options& options = query.options;
   const auto count = static_cast<long>(query.matches.Count());
   if (options.index > count) {
@@ -98,32 +119,67 @@ void PrintOne(const Query& query) {
   const auto index = static_cast<std::size_t>(options.index - 1);
   const auto told = ToldValues(query.standard.Told(), query.matches, options.path).At(index);
   if (!told) throw Negative(query, NotTold(query, index));
-  if (!options.json) return query.session.Print(Printable(*told) + "\n");
-  Json object = {{"file", options.file}, {"path", options.path}};
-  AddValue(object, query.matches.ValueAt(index), *told);
-  query.session.Print(JsonText(object));
+  const FileValue value = query.matches.ValueAt(index);
+  if (options.json) {
+    Json object = {{"file", options.file}, {"path", options.path}};
+    AddValue(object, value, *told);
+    query.session.Print(JsonText(object));
+  } else {
+    query.session.Print(Printable(*told) + "\n");
+  }
+  const std::string warning = WarningOf(query, index, value, *told);
+  if (!warning.empty()) query.session.Warn(options.file, warning);
+  return kDone;
 }
 
-void PrintAll(const Query& query) {
-  ToldValues values(query.standard.Told(), query.matches, query.options.path);
-  Json list = Json::array();
-  std::size_t told = 0;
-  std::optional<std::size_t> unreadable;
-  for (std::size_t i = 0; i < query.matches.Count(); ++i) {
-    const auto value = values.At(i);
-    if (!value && !unreadable && !query.matches.ValueAt(i).text.empty()) unreadable = i;
-    if (!value) continue;
-    ++told;
-    if (query.options.json) {
-      AddValue(list.emplace_back(Json::object()), query.matches.ValueAt(i), *value);
-    } else {
-      query.session.Print(Printable(*value) + "\n");
+/// The values as they are printed, one after the other, and what is to be said of some.
+class AllValues {
+ public:
+  explicit AllValues(const Query& query) : query_(query) {}
+
+  void Add(std::size_t index, const std::optional<std::string>& told) {
+    const FileValue value = query_.matches.ValueAt(index);
+    if (told) {
+      ++told_;
+      Print(value, *told);
+      const std::string warning = WarningOf(query_, index, value, *told);
+      if (!warning.empty()) warnings_.Add({0, warning});
+    } else if (!value.text.empty()) {
+      refusals_.Add({0, NotTold(query_, index)});
     }
   }
-  if (told == 0) throw Negative(query, NotTold(query, 0));
-  if (query.options.json) query.session.Print(JsonText(list));
-  // What could be told was; that something is missing must not pass for a whole answer.
-  if (unreadable) throw Negative(query, NotTold(query, *unreadable));
+
+  ExitStatus End() const {
+    const Options& options = query_.options;
+    if (told_ == 0 && refusals_.AreNone()) throw Negative(query_, NotTold(query_, 0));
+    if (told_ > 0 && options.json) query_.session.Print(JsonText(list_));
+    warnings_.WarnOf(options.file, query_.session);
+    // What could be told was; that something is missing must not pass for a whole answer.
+    refusals_.ComplainOf(options.file, query_.session);
+    return refusals_.AreNone() ? kDone : kNegativeAnswer;
+  }
+
+ private:
+  void Print(const FileValue& value, const std::string& told) {
+    if (query_.options.json) {
+      AddValue(list_.emplace_back(Json::object()), value, told);
+    } else {
+      query_.session.Print(Printable(told) + "\n");
+    }
+  }
+
+  const Query& query_;
+  Json list_ = Json::array();
+  std::size_t told_ = 0;
+  FileProblems warnings_;
+  FileProblems refusals_;
+};
+
+ExitStatus PrintAll(const Query& query) {
+  ToldValues values(query.standard.Told(), query.matches, query.options.path);
+  AllValues all(query);
+  for (std::size_t i = 0; i < query.matches.Count(); ++i) all.Add(i, values.At(i));
+  return all.End();
 }
 
 /// The type of the values, and how many they are.
@@ -185,16 +241,18 @@ ToldType TypeOf(const Query& query) {
   return {value, static_cast<std::size_t>(count)};
 }
 
-void PrintType(const Query& query) {
+ExitStatus PrintType(const Query& query) {
   const auto [value, count] = TypeOf(query);
   const std::string label = value.type == "enum" ? " " + Printable(value.label) : "";
   if (!query.options.json) {
-    return query.session.Print(value.type + label + " " + std::to_string(count) + "\n");
+    query.session.Print(value.type + label + " " + std::to_string(count) + "\n");
+    return kDone;
   }
   Json object = {{"file", query.options.file}, {"path", query.options.path}};
   AddType(object, value);
   object["count"] = count;
   query.session.Print(JsonText(object));
+  return kDone;
 }
 
 ExitStatus PrintValues(const Options& options, Session& session) {
@@ -207,8 +265,7 @@ ExitStatus PrintValues(const Options& options, Session& session) {
     throw Failure{kNegativeAnswer, options.file, 0, NotFound(options.path, standard)};
   }
   const Query query = {options, standard, *matches, session};
-  (options.type ? PrintType : options.all ? PrintAll : PrintOne)(query);
-  return kDone;
+  return (options.type ? PrintType : options.all ? PrintAll : PrintOne)(query);
 }
 
 }  // namespace

@@ -91,12 +91,16 @@ PathMatches::PathMatches(const InputFile& file, const std::string& path) {
   VyrIDOMElement_var top;
   document_->GetDocumentElement(top);
   top->GetNamespaceURI(namespace_);
-  // An apostrophe would end the name and begin something else.
-  if (path.find('\'') != std::string::npos) return;
-  elements_ = Find(std::string(XPath(StdPath(path)).Path().View()));
+  elements_ = Find(path);
 }
 
-std::vector<VyrIDOMNode_var> PathMatches::Find(const std::string& expression) const {
+PathMatches::PathMatches(const PathMatches& other, const std::string& path)
+    : document_(other.document_), namespace_(other.namespace_), elements_(Find(path)) {}
+
+std::vector<VyrIDOMNode_var> PathMatches::Find(const std::string& path) const {
+  // An apostrophe would end the name and begin something else.
+  if (path.find('\'') != std::string::npos) return {};
+  const std::string expression(XPath(StdPath(path)).Path().View());
   const auto factory = VyrQuery<VyrIXMLXPathFactory>(document_.Get());
   VyrIXMLXPathExpression_var evaluated;
   VyrIDOMNodeList_var list;

@@ -20,6 +20,8 @@ class PathMatches {
  public:
   /// `file` was read as a standard before. Throws `Failure`.
   PathMatches(const InputFile& file, const std::string& path);
+  /// Of another path in the same file.
+  PathMatches(const PathMatches& other, const std::string& path);
 
   /// How many there are, in document order; indices count from 0.
   std::size_t Count() const { return elements_.size(); }
@@ -29,7 +31,7 @@ class PathMatches {
   std::vector<std::string> ContentTypes(std::size_t index) const;
 
  private:
-  std::vector<VyrIDOMNode_var> Find(const std::string& expression) const;
+  std::vector<VyrIDOMNode_var> Find(const std::string& path) const;
 
   VyrIDOMDocument_var document_;
   VyrUnicodeString namespace_;

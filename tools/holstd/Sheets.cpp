@@ -3,7 +3,9 @@
 
 #include "Arguments.h"
 #include "Format.h"
+#include "NumberTexts.h"
 #include "OpenStandard.h"
+#include "PathMatches.h"
 #include "Reports.h"
 #include "SheetProblems.h"
 #include "StandardFiles.h"
@@ -92,6 +94,56 @@ Records<Style> ReadStyles(OpenStandard& standard) {
       [&] { return ExplainStyles(standard, reports); });
 }
 
+/// Texts that the file has in the place of numbers of sheets, by the order of formats and styles:
+/// empty where a text is a number, or is not there any more since somebody writes the file.
+struct NoNumbers {
+  std::vector<std::string> widths;
+  std::vector<std::string> heights;
+  std::vector<std::string> scales;
+  FileProblems warnings;
+
+  void Look(std::vector<std::string>& texts, const std::string& subject, std::string_view text,
+            double told) {
+    const bool isNone = !text.empty() && IsNoNumber("float", text);
+    texts.emplace_back(isNone ? text : std::string_view());
+    if (isNone) warnings.Add({0, NoNumberWarning(subject, "float", text, NumberText(told))});
+  }
+};
+
+std::string TextAt(const PathMatches& matches, std::size_t index) {
+  return index < matches.Count() ? matches.ValueAt(index).text : std::string();
+}
+
+/// Formats are told by queries, and so their texts are found by the same ones.
+void LookAtFormats(const OpenStandard& standard, const Records<Format>& formats, NoNumbers& none) {
+  if (formats.count == 0) return;
+  const PathMatches widths(standard.Input(), "SheetFormat.Width");
+  const PathMatches heights(widths, "SheetFormat.Height");
+  for (std::size_t i = 0; i < formats.All().size(); ++i) {
+    const Format& format = formats.All()[i];
+    const std::string of = " of " + Quoted(format.name.View());
+    none.Look(none.widths, "'SheetFormat.Width'" + of, TextAt(widths, i), format.width);
+    none.Look(none.heights, "'SheetFormat.Height'" + of, TextAt(heights, i), format.height);
+  }
+}
+
+/// The scale of the style at an index, as the file has it.
+std::string ScaleText(const VyrAnnStandardXMLNode* holder, std::size_t index) {
+  if (holder == nullptr || index >= holder->GetNodes().size()) return {};
+  const VyrAnnStandardXMLNode_var scale(holder->GetNodes()[index]->GetNodeByName("GlobalScale"));
+  if (!scale || scale->GetValues().empty()) return {};
+  return std::string(scale->GetValues().front()->GetValue().View());
+}
+
+void LookAtStyles(Standard& standard, const Records<Style>& styles, NoNumbers& none) {
+  const VyrAnnStandardXMLNode_var holder(standard.document.GetNodeWithPath("Root.Styles.Sheet"));
+  for (std::size_t i = 0; i < styles.All().size(); ++i) {
+    const Style& style = styles.All()[i];
+    const std::string path = "Root.Styles.Sheet." + std::string(style.name.View()) + ".GlobalScale";
+    none.Look(none.scales, Quoted(path), ScaleText(holder.Get(), i), style.scale);
+  }
+}
+
 std::string OrientationWord(const Format& format) {
   VyrUnicodeString word;
   VyrDftStandardServices::GetNameFromEnum(
@@ -123,15 +175,24 @@ Json TextOrNull(const std::string& text) {
   return text.empty() ? Json() : Json(text);
 }
 
-Json AsJson(const std::string& file, const Records<Format>& formats, const Records<Style>& styles) {
+void AddInFile(Json& object, const char* field, const std::string& text) {
+  if (!text.empty()) object[field] = text;
+}
+
+Json AsJson(const std::string& file, const Records<Format>& formats, const Records<Style>& styles,
+            const NoNumbers& none) {
   Json object = {{"file", file}, {"formats", Json::array()}, {"styles", Json::array()}};
-  for (const Format& format : formats.All()) {
+  for (std::size_t i = 0; i < formats.All().size(); ++i) {
+    const Format& format = formats.All()[i];
     object["formats"].push_back({{"name", format.name.View()},
                                  {"width", format.width},
                                  {"height", format.height},
                                  {"orientation", OrientationWord(format)}});
+    AddInFile(object["formats"].back(), "widthInFile", none.widths[i]);
+    AddInFile(object["formats"].back(), "heightInFile", none.heights[i]);
   }
-  for (const Style& style : styles.All()) {
+  for (std::size_t i = 0; i < styles.All().size(); ++i) {
+    const Style& style = styles.All()[i];
     object["styles"].push_back({{"name", style.name.View()},
                                 {"scale", style.scale},
                                 {"projection", ProjectionWord(style)},
@@ -139,6 +200,7 @@ Json AsJson(const std::string& file, const Records<Format>& formats, const Recor
                                 {"format", TextOrNull(FormatName(style))},
                                 {"orientation", TextOrNull(OrientationWord(style))},
                                 {"display", TextOrNull(DisplayWord(style))}});
+    AddInFile(object["styles"].back(), "scaleInFile", none.scales[i]);
   }
   return object;
 }
@@ -176,8 +238,12 @@ ExitStatus PrintSheets(const Options& options, Session& session) {
                   "the standard has neither sheet formats nor sheet styles; 'holstd upgrade' adds "
                   "both"};
   }
-  session.Print(options.json ? JsonText(AsJson(options.file, formats, styles))
+  NoNumbers none;
+  LookAtFormats(standard, formats, none);
+  LookAtStyles(standard.Read(), styles, none);
+  session.Print(options.json ? JsonText(AsJson(options.file, formats, styles, none))
                              : AsText(formats, styles));
+  none.warnings.WarnOf(options.file, session);
   return isWhole ? kDone : kNegativeAnswer;
 }
 
