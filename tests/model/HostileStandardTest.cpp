@@ -255,7 +255,7 @@ TEST_F(CodecTest, RefusalToWriteADeepNodeIsOneShortLine) {
   EXPECT_LT(codec.GetProblem().text.View().size(), 500u);
   EXPECT_THAT(codec.GetProblem().text.CString(),
               testing::AllOf(testing::StartsWith("...level."),
-                             HasSubstr(".level.fault : value 'Name' holds a control character")));
+                             HasSubstr(".level.fault\\n: value 'Name' holds a control character")));
   TakeReports();
 }
 

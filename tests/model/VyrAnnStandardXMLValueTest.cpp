@@ -51,9 +51,9 @@ TEST_F(ValueCheck, UndefinedLiteralIsReportedOnOneLineWhateverTheTextsHold) {
   const Node_var enums = NewNode("Enum");
   const Value_var value = NewValue(Value::ValueEnum, "x\nEnum undefined: forged", "Yes\u2028No");
   EXPECT_EQ(value->Check(enums.Get(), "Enum undefined: Root.a\rb"), 1);
-  EXPECT_THAT(TakeTraces(),
-              testing::ElementsAre("Enum undefined: Root.a b.x Enum undefined: forged with enum "
-                                   "\"Yes No\"\n"));
+  EXPECT_THAT(TakeTraces(), testing::ElementsAre(
+                                "Enum undefined: Root.a\\x0Db.x\\nEnum undefined: forged with enum "
+                                "\"Yes\\u2028No\"\n"));
 }
 
 TEST(Node, ConstructionGivesAnEmptyNode) {
