@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "HolStandardInfraExport.h"
@@ -15,6 +16,10 @@ struct VyrAnnStandardChange {
     Changed,  ///< a value of another type or text, or a node of another type
     Deleted,  ///< a node or a value that the tree after does not have
   };
+
+  /// Most bytes of the path of a node that are told; of a longer one the outer names are left out,
+  /// which "..." stands for.
+  static constexpr std::size_t kMostOfPath = 512;
 
   Kind kind;  ///< which of these it is
   /// Names from the top down, joined by "."; of equal names below one node the second and later

@@ -1,10 +1,13 @@
 #include "VyrAnnStandardChanges.h"
 
+#include <algorithm>
 #include <iterator>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+
+#include "VyrUtf8.h"
 
 namespace {
 
@@ -104,13 +107,24 @@ class Comparison {
     std::size_t parentSize;  // of the path of the node above
   };
 
+  /// Of the node that is compared, or of its value of that key. Each level of a deep tree may have
+  /// a change: whole paths would come to the square of the tree.
+  std::string PathOf(const std::string& key) const {
+    const std::string_view path = path_;
+    const std::size_t outside = path.size() - std::min(path.size(), Change::kMostOfPath);
+    std::string shown = outside == 0 ? "" : "...";
+    shown.append(path.substr(VyrCutUtf8(path, outside).size()));
+    if (!key.empty()) shown.append(".").append(key);
+    return shown;
+  }
+
   /// Of the node that is compared, or of its value of that key.
   void Report(const std::string& key, const std::string& before, const std::string& after) {
     if (before == after) return;
     const Change::Kind kind = before.empty()  ? Change::Kind::Added
                               : after.empty() ? Change::Kind::Deleted
                                               : Change::Kind::Changed;
-    changes_.push_back({kind, key.empty() ? path_ : path_ + "." + key, before, after});
+    changes_.push_back({kind, PathOf(key), before, after});
   }
 
   void CompareNode(const Pair& pair) {

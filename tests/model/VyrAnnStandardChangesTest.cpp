@@ -116,6 +116,32 @@ TEST_F(Changes, TreesOfAnyDepthAreCompared) {
   EXPECT_EQ(Found().size(), 5000u);
 }
 
+TEST_F(Changes, OfADeepTreeHaveThePathsThatLeadFromItsOuterNamesOnlyAsFarAsIsTold) {
+  VyrAnnStandardXMLNode_var lowest = Root();
+  std::size_t told = 0;
+  constexpr int levels = 4000;
+  for (int i = 0; i < levels; ++i) lowest = AddChild(*lowest, "D");
+  const std::vector<Change> changes = VyrCompareStandards(*before_, *Root());
+  ASSERT_EQ(changes.size(), std::size_t{levels});
+  for (const Change& change : changes) told += change.path.View().size();
+  EXPECT_LE(told, levels * (Change::kMostOfPath + std::string("...").size()));
+  // "Root" and two bytes a level.
+  constexpr std::size_t lastWhole = (Change::kMostOfPath - 4) / 2;
+  EXPECT_EQ(changes[lastWhole - 1].path.View().size(), Change::kMostOfPath);
+  EXPECT_THAT(changes[lastWhole - 1].path.CString(), testing::StartsWith("Root.D.D"));
+  EXPECT_THAT(changes[lastWhole].path.CString(), testing::StartsWith("...ot.D.D"));
+  EXPECT_THAT(changes.back().path.CString(), testing::EndsWith(".D.D.D"));
+}
+
+TEST_F(Changes, PathThatIsToldFromItsEndBeginsWithAWholeCharacter) {
+  const std::string wide = std::string("\xE2\x82\xAC") + std::string(Change::kMostOfPath - 2, 'n');
+  const VyrAnnStandardXMLNode_var added = AddChild(*Root(), wide);
+  AddString(*added, "field", "a");
+  AddString(*added, "other", "b");
+  EXPECT_THAT(Found(), ElementsAre("+ ..." + wide + " node", "+ ..." + wide + ".field string 'a'",
+                                   "+ ..." + wide + ".other string 'b'"));
+}
+
 TEST(StandardChanges, OfATreeAsDeepAsItsFileIsLongAreTold) {
   const auto deep = [](const char* text) {
     Node_var top = NewNode("Root");
@@ -130,7 +156,7 @@ TEST(StandardChanges, OfATreeAsDeepAsItsFileIsLongAreTold) {
     return std::to_string(changes[0].path.View().size()) + " " + changes[0].before.CString() +
            changes[0].after.CString();
   });
-  const std::size_t size = std::string("Root").size() + 2 * kMillion + std::string(".last").size();
+  const std::size_t size = std::string("...").size() + Change::kMostOfPath;
   EXPECT_EQ(run.answer, std::to_string(size) + " string 'old'string 'new'") << run.end;
 }
 
