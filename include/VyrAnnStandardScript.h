@@ -23,9 +23,9 @@ class VyrAnnStandardXMLParser;
 ///     delete     Root.General.DefaultTextFont         deletes a node or a value
 ///     each       Root.Styles.Table .Text:Bold:...     adds a value below every child of a node
 ///     each-node  Root.Styles.Table :Leader:0          adds a node below every child of a node
-///     each-change Root.Styles.Table .Text.Bold:Yes    changes a value below every child that has
-///     it [ANSI ASME]                                     limits the commands below it to standards
-///     of
+///     each-change Root.Styles.Table .Text.Bold:Yes    changes a value below every child
+///
+///     [ANSI ASME]                                     limits the commands below it to standards of
 ///                                                     these parents, [not ISO] to all others;
 ///                                                     [any] ends the limit
 ///
