@@ -55,9 +55,9 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   /// Why the last read or write failed; empty when it did not.
   const VyrProblem& GetProblem() const { return problem_; }
 
-  /// The faults of the text that `DecodeText` has refused, the first 20 of them in the order of the
-  /// text, of which the first is the problem; empty when it was not refused for what it says.
-  /// Borrowed until the next read.
+  /// The faults of the text that `DecodeText` has refused, the first 20 of them, of which the first
+  /// is the problem; empty when it was not refused for what it says. They are in the order of the
+  /// text, but what a section lacks comes after what is in it. Borrowed until the next read.
   const std::vector<VyrProblem>& GetTextFaults() const { return textFaults_; }
   /// How many faults the text has, those past the first 20 included.
   std::size_t GetNumOfTextFaults() const { return numOfTextFaults_; }

@@ -93,13 +93,16 @@ bool LegacyTextReader::Read(std::string_view text) {
   return faultCount_ == 0;
 }
 
-/// A line that cannot be read may still show which parameter it gives: that is not missing, too.
+/// A line that cannot be read may still show which marker it is, or which parameter it gives: what
+/// follows the one is not misplaced, and the other not missing, too.
 void LegacyTextReader::PassOver(std::string_view line) {
   // The rest of a text in another encoding, or of what is none, would be nothing but faults.
   isNoText_ = line.find('\0') != std::string_view::npos || line.starts_with("\xFF\xFE") ||
-              line.starts_with("\xFE\xFF");
-  const int row = FindRow(NameOf(Trimmed(line)));
-  if (row < section_->firstRow || row > section_->lastRow || IsComment()) return;
+              line.starts_with("\xFE\xFF") || std::count(line.begin(), line.end(), '\r') > 1;
+  const std::string_view name = NameOf(Trimmed(line.substr(0, line.find('\r'))));
+  if (ReadMarker(name, {}) || IsComment()) return;
+  const int row = FindRow(name);
+  if (row < section_->firstRow || row > section_->lastRow) return;
   int& given = Given()[static_cast<std::size_t>(row)];
   if (given == 0) given = line_;
 }
@@ -114,11 +117,15 @@ void LegacyTextReader::ReadLine(std::string_view line) {
   }
   const std::string_view name = NameOf(line);
   const std::string_view value = Trimmed(line.substr(name.size()));
-  if (ReadMarker(name, value) || IsComment()) return;
-  if (!hasContent_ && line.starts_with('<')) {
+  if (!IsComment() && !hasContent_ && line.starts_with('<')) {
     isNoText_ = true;
     return TellFault(line_, "is XML, and no text standard of the old generation");
   }
+  if (!IsComment() && line.find('\r') != std::string_view::npos) {
+    TellFault(line_, "holds a carriage return (CR) that ends no line; lines end in LF or CR LF");
+    return PassOver(line);
+  }
+  if (ReadMarker(name, value) || IsComment()) return;
   hasContent_ = true;
   if (VyrXMLWriter::FindUnwritable(line) != std::string_view::npos) {
     TellFault(line_, "holds a control character; a standard is plain text");
@@ -218,7 +225,7 @@ void LegacyTextReader::ReadParameter(std::string_view name, std::string_view val
             " is no parameter of a drafting standard; correct the name, or take the line out");
   }
   if (!BelongsHere(row, name) || !IsGivenOnce(row, name)) return;
-  std::optional<std::string> value = ReadValue(Keyword(row), valueText);
+  std::optional<std::string> value = ReadValue(name, Keyword(row).type, valueText);
   if (!value) return;
   entries_.push_back({row, line_, std::move(*value)});
   if (IsOutside()) StoreEntries(nullptr);
@@ -257,11 +264,11 @@ bool LegacyTextReader::IsGivenOnce(int row, std::string_view name) {
   return false;
 }
 
-std::optional<std::string> LegacyTextReader::ReadValue(const VyrDrwParseKeyword& keyword,
+std::optional<std::string> LegacyTextReader::ReadValue(std::string_view name,
+                                                       VyrDrwParseKeyword::Type type,
                                                        std::string_view text) {
-  const std::string name = keyword.keyword;
   const auto refuse = [&](const std::string& fault) {
-    TellFault(line_, name + fault);
+    TellFault(line_, std::string(name) + fault);
     return std::nullopt;
   };
   if (text.empty()) return refuse(" has no value; an empty one is written \"\"");
@@ -272,7 +279,7 @@ std::optional<std::string> LegacyTextReader::ReadValue(const VyrDrwParseKeyword&
         ": the value does not end with its closing double quote; a double quote inside a quoted "
         "value is doubled");
   }
-  const std::string objection = ObjectionTo(keyword.type, *value);
+  const std::string objection = ObjectionTo(type, *value);
   return objection.empty() ? std::move(value) : refuse(": " + objection);
 }
 

@@ -60,7 +60,8 @@ class LegacyTextReader {
   void ReadParameter(std::string_view name, std::string_view valueText);
   bool BelongsHere(int row, std::string_view name);
   bool IsGivenOnce(int row, std::string_view name);
-  std::optional<std::string> ReadValue(const VyrDrwParseKeyword& keyword, std::string_view text);
+  std::optional<std::string> ReadValue(std::string_view name, VyrDrwParseKeyword::Type type,
+                                       std::string_view text);
   std::string ReplaceInvisible(std::string_view line);
   void PassOver(std::string_view line);
   void CheckGroup();

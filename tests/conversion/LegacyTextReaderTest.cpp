@@ -448,6 +448,11 @@ TEST(TextReader, AMistakeIsToldOnceAndNotInAllThatItLeadsTo) {
   withoutEnd.pop_back();
   Lines marked = Display("D");
   marked.front() += " D";
+  Lines returned = Tolerance("T");
+  returned.front() += "\r\r";
+  Lines unreadable = Display("D");
+  unreadable.front() += " \xB1";
+  unreadable.back() += " \xB1";
   Lines withComment = Tolerance("T");
   withComment.insert(withComment.begin() + 5,
                      {"BEGIN_COMMENT_BLOCK", "any text", "END_COMMENT_BLOCK"});
@@ -484,6 +489,13 @@ TEST(TextReader, AMistakeIsToldOnceAndNotInAllThatItLeadsTo) {
       {"a section begun twice",
        General() + Lines{"BEGIN_TOLERANCE"} + Tolerance("T"),
        {"107: BEGIN_TOLERANCE inside"}},
+      {"a marker that is no UTF-8",
+       General() + unreadable,
+       {"106: is not valid UTF-8", "142: is not valid UTF-8"}},
+      {"a carriage return in a line",
+       Replaced(General(), "DIMLTail", "DIMLTail 1\rx"),
+       {"13: holds a carriage return (CR) that ends no line; lines end in LF or CR LF"}},
+      {"one before a line end", General() + returned, {"106: holds a carriage return"}},
       {"a marker with a value", General() + marked, {"106: BEGIN_NUMERICAL_DISPLAY stands alone"}},
       {"a comment without an end",
        Lines{"BEGIN_COMMENT_BLOCK"} + General(),
@@ -491,6 +503,11 @@ TEST(TextReader, AMistakeIsToldOnceAndNotInAllThatItLeadsTo) {
       {"a whole group twice",
        General() + Tolerance("T") + Tolerance("T"),
        {"127: TolName 'T' is given twice"}},
+      {"lines that end in CR", {Joined(General(), "\r")}, {"1: holds a carriage return"}},
+      {"such behind a comment",
+       {Joined(Lines{"BEGIN_COMMENT_BLOCK", "x", "END_COMMENT_BLOCK"} + General(), "\r")},
+       {"1: holds a carriage return"}},
+      {"such of XML", {"<?xml?>\r<a/>\r"}, {"1: is XML"}},
       {"no text at all", Lines{"<std:node>"} + Lines{"<a/>"}, {"1: is XML"}},
       {"zero bytes", {std::string(3, '\0'), "x", std::string(3, '\0')}, {"1: holds a control"}},
   };
@@ -502,6 +519,19 @@ TEST(TextReader, AMistakeIsToldOnceAndNotInAllThatItLeadsTo) {
       EXPECT_THAT(faults[i], StartsWith(test.faults[i]));
     }
   }
+}
+
+TEST(TextReader, AValueIsRefusedUnderTheNameThatTheTextHas) {
+  EXPECT_THAT(FaultsOf(Joined(Replaced(General(), "TXTThickness", "STDTxThickText thin"))),
+              ElementsAre(StartsWith("66: STDTxThickText: 'thin' is not valid")));
+  EXPECT_THAT(FaultsOf(Joined(General() + Replaced(Display("D"), "NDFact", "FNBFAC"))),
+              ElementsAre(StartsWith("110: FNBFAC has no value")));
+}
+
+TEST(TextReader, CommentsMayHoldCarriageReturns) {
+  const ReadText text(
+      Joined(Lines{"BEGIN_COMMENT_BLOCK", "a\rb\rc", "END_COMMENT_BLOCK"} + General()));
+  EXPECT_EQ(text.result, S_OK) << text.standard.GetProblem().text.CString();
 }
 
 TEST(TextReader, NumbersThatCannotBeHeldAreCalledSo) {
