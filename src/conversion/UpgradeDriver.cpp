@@ -174,7 +174,9 @@ bool VyrDrwParseStandard::BuildVersion0Document() {
   } else if (AppendGroups(std::move(groups), *document_, problem_)) {
     return true;
   }
-  // Half a standard must never be saved.
+  // Half a standard must never be saved, nor composed of the parameters that are left.
   document_.reset();
+  parameters_.clear();
+  decoded_ = 0;
   return false;
 }

@@ -168,6 +168,20 @@ TEST(EncodeToVersion, DocumentBeforeTheFirstStepIsReportedAndSavedAsItIs) {
   }
 }
 
+TEST(EncodeToVersion, ATextThatCouldNotBeComposedWholeIsNotComposedLater) {
+  const DiagnosticsCapture capture;
+  TextStandard text;
+  Access::Add(text.standard, "TolName", VyrDrwParseKeyword::Type::String, "no \x01 XML", "T",
+              "TOLERANCE");
+  Options options;
+  EXPECT_EQ(text.standard.Upgrade(1, options), E_UNEXPECTED);
+  const std::string problem = text.standard.GetProblem().text.CString();
+  EXPECT_NE(problem, "");
+  EXPECT_EQ(text.standard.EncodeToFile((text.folder / "out.xml").c_str(), 1, options), E_FAIL);
+  EXPECT_EQ(text.standard.GetProblem().text.CString(), problem);
+  EXPECT_FALSE(std::filesystem::exists(text.folder / "out.xml"));
+}
+
 TEST(EncodeToVersion, MissingDocumentIsReportedByTheUpgradeAndByTheSave) {
   for (const bool development : {false, true}) {
     const DiagnosticsCapture capture(development);
