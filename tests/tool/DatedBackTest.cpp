@@ -134,6 +134,22 @@ TEST(DatedBack, ItIsToldOfNodesThatAreBackAndOfVersionsThatAreStated) {
   }
 }
 
+TEST(DatedBack, ItIsToldBeforeAParentStandardThatIsGoneWithTheNode) {
+  const TemporaryFolder folder;
+  const std::string file = folder / "deleted.xml";
+  Delete(Converted(folder, "100"), "Root.Dimension", file);
+  const ToolRun upgrade = RunTool({"upgrade", file, "--dry-run"});
+  ExpectFailure(upgrade, 5, {"because 'Root.Dimension.CurvilinearLengthSymbol' is missing"});
+  EXPECT_EQ(RunTool(Proposed(upgrade.err, file)).status, 0);
+  ExpectFailure(RunTool({"upgrade", file, "--dry-run"}), 5,
+                {"does not say which of ISO, JIS, ANSI, ASME it was derived from"});
+  EXPECT_EQ(
+      RunTool({"edit", file, "--in-place", "-c", "value Root.Dimension:ParentStandard:string:JIS"})
+          .status,
+      0);
+  EXPECT_EQ(RunTool({"upgrade", file, "-o", folder / "new.xml"}).status, 0);
+}
+
 TEST(DatedBack, EditSaysNothingOfWhatWasSoBefore) {
   const TemporaryFolder folder;
   const std::string file = folder / "deleted.xml";

@@ -18,6 +18,22 @@
 
 namespace {
 
+/// Refuses a standard for which nobody can say which values the steps should give it.
+void CheckParent(const std::string& file, const VyrDrwParseStandard& converter) {
+  const ReportRecorder recorder;
+  if (converter.GetParentStandardId() != 0) return;
+  const std::string parent(converter.GetParentStandard().View());
+  if (parent.empty()) {
+    throw Failure{kUndecided, file, 0,
+                  "does not say which of ISO, JIS, ANSI, ASME it was derived from; "
+                  "'Root.Dimension.ParentStandard' says so"};
+  }
+  throw Failure{kUndecided, file, 0,
+                "the parent standard " + Quoted(parent) +
+                    " is none of ISO, JIS, ANSI, ASME; set Root.Dimension.ParentStandard to the "
+                    "one it was derived from"};
+}
+
 /// Reads the standard; throws `Failure` for what no upgrade can begin with.
 void Decode(VyrDrwParseStandard& converter, const InputFile& input) {
   const std::string& file = input.Name();
@@ -31,17 +47,12 @@ void Decode(VyrDrwParseStandard& converter, const InputFile& input) {
     }
     throw Failure{kInvalidInput, file, 0, VersionProblem(standard.document)};
   }
-  const ReportRecorder recorder;
-  if (converter.GetParentStandardId() == 0) {
-    throw Failure{kUndecided, file, 0,
-                  "the parent standard " + Quoted(converter.GetParentStandard().View()) +
-                      " is none of ISO, JIS, ANSI, ASME; set Root.Dimension.ParentStandard to the "
-                      "one it was derived from"};
-  }
   // Steps that it has been through would do to their own results what they do to an older standard.
+  // Told first: what tells the parent standard may have gone with what tells the version.
   if (const auto newer = VyrFindNewerContent(converter.GetDocument())) {
     throw Failure{kUndecided, file, 0, DatedBackText(*newer)};
   }
+  CheckParent(file, converter);
 }
 
 /// Refuses a standard that is above the version asked for.
