@@ -77,8 +77,8 @@ class MirrorBuilder {
     node->prev = parent->last;
     (parent->last == nullptr ? parent->children : parent->last->next) = node;
     parent->last = node;
-    // A copy of a name or text that fails is left out without a word.
-    Required(node->name);
+    // A copy of a name or text that fails is left out without a word. A CDATA section has no name.
+    if (node->type != XML_CDATA_SECTION_NODE) Required(node->name);
     if (node->type == XML_ELEMENT_NODE) return FinishElement(item, node);
     if (!tree_.GetText(item).empty()) Required(node->content);
   }
