@@ -1,6 +1,7 @@
 #include "NodeIndexes.h"
 #include "VyrAnnStandardXMLNode.h"
 #include "VyrAnnStandardXMLUnit.h"
+#include "VyrSteps.h"
 
 // Lookups and deletion by dotted path. Only the first "." counts at each level, so a name never
 // holds a "." but may hold blanks.
@@ -20,6 +21,7 @@ const VyrAnnStandardXMLNode* VyrAnnStandardXMLNode::FindParentOfLast(std::string
   const VyrAnnStandardXMLNode* node = this;
   std::string_view tail;
   while (node != nullptr && SplitPath(path, last, tail) == 0) {
+    VyrSteps::Count();
     node = node->FindNode(last);
     path = tail;
   }

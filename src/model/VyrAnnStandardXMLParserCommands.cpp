@@ -1,30 +1,19 @@
 #include <algorithm>
 
+#include "NodeEdits.h"
 #include "PathCommand.h"
 #include "VyrAnnStandardXMLParser.h"
-#include "VyrAnnStandardXMLParserUnit.h"
 
 // The path commands that edit a document.
 
 namespace {
 
 using Node = VyrAnnStandardXMLNode;
-using Value = VyrAnnStandardXMLValue;
-
-enum CommandResult : int { kDone = 0, kNotFound = 1, kBadPosition = 2 };
 
 Node::Type TypeOfNewNode(std::string_view path, int instance) {
   if (path == "Enum") return Node::NodeEnum;
   if (path == "TypeDef") return Node::NodeTypeDef;
   return instance != 0 ? Node::NodeInstance : Node::NodePlain;
-}
-
-ValueTypeField ParseType(std::string_view field) {
-  const ValueTypeField type = ValueTypeField::Parse(field);
-  if (!type.isKnown) {
-    kXMLParserUnit.Raise("Failed to find value type, str has been set but it's wrong!");
-  }
-  return type;
 }
 
 /// The path of the parent of all the nodes called like the last name of `path` (which stands below
@@ -37,26 +26,6 @@ VyrUnicodeString ParentOfAllOccurrences(std::string_view path, std::size_t lastD
   if (dots == 0) return parent;
   const VyrUnicodeString text(parent);
   return text.Substring(0, std::max(text.GetLength() - dots, 0));
-}
-
-/// Adds the value of a command to its target, wrapped in a node where that is wanted and possible.
-int PutValue(Node& target, const ValueCommand& command, const ValueTypeField& type, bool mayWrap) {
-  const std::optional<int> index = ParsePosition(command.position);
-  if (!index) return kBadPosition;
-  if (mayWrap && target.GetNodeType() != Node::NodeInstance) {
-    const VyrAnnStandardXMLNode_var wrapper(new Node(Node::NodePlain, command.name));
-    const VyrAnnStandardXMLValue_var value(
-        new Value(type.type, command.value, type.qualifier, type.rangeVal));
-    wrapper->AddValue(value.Get(), -1);
-    target.AddNode(wrapper.Get(), *index);
-  } else {
-    // The qualifier has no place here: an enumeration value is checked against the enumeration
-    // that has the field's own name, and type definitions name their fields so.
-    const VyrAnnStandardXMLValue_var value(
-        new Value(type.type, command.value, command.name, type.rangeVal));
-    target.AddValue(value.Get(), *index);
-  }
-  return kDone;
 }
 
 }  // namespace
@@ -76,11 +45,7 @@ int VyrAnnStandardXMLParser::AddNodeWithPath(VyrUnicodeView command, int instanc
   const NodeCommand fields = NodeCommand::Parse(command);
   const VyrAnnStandardXMLNode_var target(GetNodeWithPath(fields.path));
   if (!target) return kNotFound;
-  const std::optional<int> index = ParsePosition(fields.position);
-  if (!index) return kBadPosition;
-  const VyrAnnStandardXMLNode_var node(new Node(TypeOfNewNode(fields.path, instance), fields.name));
-  target->AddNode(node.Get(), *index);
-  return kDone;
+  return PutNode(*target, fields, TypeOfNewNode(fields.path, instance));
 }
 
 int VyrAnnStandardXMLParser::AddValueWithPath(VyrUnicodeView command, int occurrence) {
@@ -93,8 +58,7 @@ int VyrAnnStandardXMLParser::AddValueWithPath(VyrUnicodeView command, int occurr
                           ? VyrAnnStandardXMLNode_var::Share(top)
                           : VyrAnnStandardXMLNode_var(top->GetNodeWithPath(rest, occurrence));
   if (!target) return kNotFound;
-  const ValueTypeField type = ParseType(fields.type);
-  return PutValue(*target, fields, type, top == root_.Get() && occurrence != -1);
+  return PutValue(*target, fields, ParseValueType(fields), top == root_.Get() && occurrence != -1);
 }
 
 int VyrAnnStandardXMLParser::AddValueWithPathForAllOccurence(VyrUnicodeView command,
@@ -108,7 +72,7 @@ int VyrAnnStandardXMLParser::AddValueWithPathForAllOccurence(VyrUnicodeView comm
   const VyrAnnStandardXMLNode_var parent(
       root_->GetNodeWithPath(ParentOfAllOccurrences(path, lastDot), occurrence));
   if (!parent) return kNotFound;
-  const ValueTypeField type = ParseType(fields.type);
+  const ValueTypeField type = ParseValueType(fields);
   int result = kNotFound;
   for (const VyrAnnStandardXMLNode_var& child : parent->GetNodes()) {
     if (child->GetNodeName().View() != name) continue;
@@ -123,15 +87,10 @@ int VyrAnnStandardXMLParser::ChangeValueWithPath(VyrUnicodeView command) {
   const std::string_view path = command.substr(0, separator);
   const std::string_view text = command.substr(separator + 1);
   std::string_view rest;
-  const Node* top = GetStartNodeWithPath(path, rest);
+  Node* top = GetStartNodeWithPath(path, rest);
   if (top == nullptr) return kNotFound;
-  if (const VyrAnnStandardXMLNode_var node(GetNodeWithPath(path)); node) {
-    node->ChangeValue(text);
-    return kDone;
-  }
-  const VyrAnnStandardXMLValue_var value(top->GetValueWithPath(rest));
-  if (!value) return kNotFound;
-  value->SetValue(text);
+  if (!rest.empty()) return ChangeBelow(*top, rest, text);
+  top->ChangeValue(text);
   return kDone;
 }
 

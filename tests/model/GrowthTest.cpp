@@ -2,6 +2,7 @@
 
 #include "ModelTest.h"
 #include "RandomTree.h"
+#include "VyrAnnStandardScript.h"
 #include "VyrSteps.h"
 
 // How the work of the tree grows with a list: twice the items take little more than twice the
@@ -212,6 +213,24 @@ bool LookAtAListWithItsEndEdited(int count, Order) {
   return true;
 }
 
+bool AddToEachChildOfADeepNode(int count, Order) {
+  Document document;
+  Node_var lowest(document.GetNodeWithPath("Root"));
+  std::string path = "Root";
+  for (int i = 0; i < count; ++i) {
+    lowest = AddChild(*lowest, "d");
+    path += ".d";
+  }
+  for (int i = 0; i < count; ++i) AddChild(*lowest, Name(i));
+  const std::string text =
+      "each " + path + " :V:int:1\neach-node " + path + " :N\neach-change " + path + " .V:2";
+  const VyrAnnStandardScript script(text);
+  for (const auto& command : script.GetCommands()) {
+    if (command.Run(document) != 0) return false;
+  }
+  return Node_var(lowest->GetNode(-1))->GetNumOfNode() == 2;
+}
+
 const Work kWorks[] = {
     {"ChangeLiteralsByText", ChangeLiteralsByText},
     {"RenameChildrenAndFindBoth", RenameChildrenAndFindBoth},
@@ -227,6 +246,7 @@ const Work kWorks[] = {
     {"InsertChildrenOfOneNameAndFindTheFirst", InsertChildrenOfOneNameAndFindTheFirst},
     {"HoldOneChildAtManyPlaces", HoldOneChildAtManyPlaces},
     {"LookAtAListWithItsEndEdited", LookAtAListWithItsEndEdited},
+    {"AddToEachChildOfADeepNode", AddToEachChildOfADeepNode},
 };
 
 class Growth : public ModelTest, public testing::WithParamInterface<std::tuple<Work, Order>> {};
