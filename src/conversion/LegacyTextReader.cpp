@@ -121,6 +121,10 @@ void LegacyTextReader::ReadLine(std::string_view line) {
     isNoText_ = true;
     return TellFault(line_, "is XML, and no text standard of the old generation");
   }
+  if (!IsComment() && line.find('\0') != std::string_view::npos) {
+    TellFault(line_, "holds a zero byte, as text in UTF-16 does; save it as UTF-8");
+    return PassOver(line);
+  }
   if (!IsComment() && line.find('\r') != std::string_view::npos) {
     TellFault(line_, "holds a carriage return (CR) that ends no line; lines end in LF or CR LF");
     return PassOver(line);
@@ -349,5 +353,9 @@ void LegacyTextReader::Finish() {
                                 " was expected before the end of the file");
   }
   // What a comment without an end has swallowed is not missing.
-  if (!IsComment()) CheckRequired(GeneralSection(), "");
+  if (IsComment()) return;
+  if (parameters_.empty() && faultCount_ == 0) {
+    return TellFault(line_, "holds no parameter of a drafting standard");
+  }
+  CheckRequired(GeneralSection(), "");
 }

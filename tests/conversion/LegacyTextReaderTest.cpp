@@ -369,25 +369,25 @@ TEST(TextReader, WhatIsNoTextIsRefused) {
     int line;
     const char* expected;
   } const cases[] = {
-      {"empty file", "", 1, "ParentStandard is missing"},
-      {"blank file", "\n\n", 2, "ParentStandard is missing"},
-      {"comment only", "BEGIN_COMMENT_BLOCK\nEND_COMMENT_BLOCK\n", 2, "ParentStandard is missing"},
+      {"empty file", "", 1, "holds no parameter"},
+      {"blank file", "\n\n", 2, "holds no parameter"},
+      {"comment only", "BEGIN_COMMENT_BLOCK\nEND_COMMENT_BLOCK\n", 2, "holds no parameter"},
       {"invalid UTF-8", general + "\nDIMLOverrun \xC3(\n", 107, "UTF-8"},
       {"invalid UTF-8 in a comment", "BEGIN_COMMENT_BLOCK\n\xFC\nEND_COMMENT_BLOCK\n" + general, 2,
        "UTF-8"},
       {"cut character at the end", general + "DIMLOverrun \xE2\x82", 106, "UTF-8"},
       {"surrogate", general + "DIMLOverrun \xED\xA0\x80\n", 106, "UTF-8"},
       {"control character", general + "DIMLOverrun 1\x01\n", 106, "control character"},
-      {"zero byte", general + "DIMLOverrun 1" + nul + "\n", 106, "control character"},
+      {"zero byte", general + "DIMLOverrun 1" + nul + "\n", 106, "zero byte"},
       {"zero byte in a string",
        general + Joined(Replaced(Tolerance("T"), "TolName", "TolName \"a" + nul + "b\"")), 107,
-       "control character"},
+       "zero byte"},
       {"image", "\x89PNG\r\n\x1A\n" + nul + nul, 1, "UTF-8"},
       {"program",
        "\x7F"
        "ELF\x02\x01\x01" +
            nul + nul + "\n",
-       1, "control character"},
+       1, "zero byte"},
       {"UTF-16", "\xFF\xFEP" + nul + "a" + nul, 1, "UTF-8"},
       {"XML", "\n<?xml version=\"1.0\"?>\n<std:node/>\n", 2, "is XML, and no text standard"},
   };
@@ -509,7 +509,10 @@ TEST(TextReader, AMistakeIsToldOnceAndNotInAllThatItLeadsTo) {
        {"1: holds a carriage return"}},
       {"such of XML", {"<?xml?>\r<a/>\r"}, {"1: is XML"}},
       {"no text at all", Lines{"<std:node>"} + Lines{"<a/>"}, {"1: is XML"}},
-      {"zero bytes", {std::string(3, '\0'), "x", std::string(3, '\0')}, {"1: holds a control"}},
+      {"zero bytes",
+       {std::string(3, '\0'), "x", std::string(3, '\0')},
+       {"1: holds a zero byte, as text in UTF-16 does; save it as UTF-8"}},
+      {"nothing at all", {}, {"1: holds no parameter of a drafting standard"}},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.what);
