@@ -107,6 +107,62 @@ TEST_F(EditEntries, ANameFollowsWhatTheCommandsBeforeDid) {
   EXPECT_EQ(RunTool({"get", output, "Frames.FrameDef.Type", "--all"}).out, "7\n6\n5\n");
 }
 
+TEST_F(EditEntries, PlacesAndNamesFollowManyChangesOfAWideList) {
+  struct Entry {
+    std::string list;
+    std::string name;
+  };
+  std::vector<Entry> entries;
+  std::string content;
+  for (int i = 0; i < 100; ++i) {
+    entries.push_back({i % 3 == 0 ? "Old" : "FrameDef", "n" + std::to_string(i)});
+    content += Replaced(Replaced(Frame(entries[i].name, "1"), "FrameDef", entries[i].list),
+                        "<std:intval name=\"Type\">1</std:intval>", "");
+  }
+  folder.Write("in.xml", Document("<std:node name=\"Frames\">" + content + "</std:node>" +
+                                  Parameter("Version", "intval", "220")));
+  // The last name of an entry's path, by place or by name.
+  const auto path = [&](std::size_t at, bool isByName) {
+    const auto place =
+        std::count_if(entries.begin(), entries.begin() + static_cast<long>(at) + 1,
+                      [&](const Entry& entry) { return entry.list == entries[at].list; });
+    return "Root.Frames." + entries[at].list + "[" +
+           (isByName ? entries[at].name : std::to_string(place)) + "]";
+  };
+  std::string script;
+  std::size_t number = 1;
+  for (int i = 0; i < 400; ++i) {
+    number = number * 1103515245 % 2147483648 + 12345;
+    const std::size_t at = number / 64 % entries.size();
+    const bool isByName = number / 8192 % 2 == 0;
+    const std::string name = "m" + std::to_string(i);
+    if (i % 4 == 0) {
+      script += "delete " + path(at, isByName) + "\n";
+      entries.erase(entries.begin() + static_cast<long>(at));
+    } else if (i % 4 == 1) {
+      script += "change " + path(at, isByName) + ":" + name + "\n";
+      entries[at].name = name;
+    } else {
+      const std::string list = i % 8 < 4 ? "Old" : "FrameDef";
+      const bool isAtEnd = i % 4 == 2;
+      const std::size_t place = isAtEnd ? entries.size() : at;
+      script +=
+          "instance Root.Frames:" + list + (isAtEnd ? "" : ":" + std::to_string(place + 1)) + "\n";
+      entries.insert(entries.begin() + static_cast<long>(place), {list, name});
+      script += "field " + path(place, false) + ":Name:string:" + name + "\n";
+    }
+  }
+  const ToolRun run = RunTool({"edit", file, "-o", output, "-f", folder.Write("script", script)});
+  EXPECT_EQ(run.status, 0) << run.err;
+  for (const std::string list : {"Old", "FrameDef"}) {
+    std::string names;
+    for (const Entry& entry : entries) {
+      if (entry.list == list) names += entry.name + "\n";
+    }
+    EXPECT_EQ(RunTool({"get", output, "Frames." + list + ".Name", "--all"}).out, names);
+  }
+}
+
 TEST_F(EditEntries, ANameOfSeveralEntriesIsRefused) {
   const ToolRun run =
       Run({"change Root.Frames.FrameDef[3]:Name:Box", "change Root.Frames.FrameDef[Box]:Type:7"});

@@ -130,11 +130,12 @@ bool HasReadableFormats(VyrAnnStandardServices& services) {
 /// For a standard without other problems.
 FileProblems StructureProblems(const InputFile& file, int version) {
   const ReportRecorder recorder;
-  const auto services = VyrAnnStandardServices::OpenFile(file.Path());
+  auto services = VyrAnnStandardServices::OpenFile(file.Path());
   const bool listsFormats = version >= VyrDftStdPersistence::GetVersionFromRelease(14);
   const bool hasFormats = !listsFormats || HasReadableFormats(*services);
   const bool hasStyles = services->CheckXMLStructure() == S_OK;
   if (hasFormats && hasStyles) return {};
+  services.reset();
   Standard standard = ReadStandard(file);
   const Subject subject{file, standard};
   FileProblems problems;

@@ -1,6 +1,7 @@
 #include "CommandPaths.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "Format.h"
 #include "PathSearch.h"
@@ -41,11 +42,6 @@ int RunIn(VyrAnnStandardXMLParser& document, Verb verb, std::string_view command
   return VyrAnnStandardScript::Command{0, verb, {}, false, {}, command}.Run(document);
 }
 
-std::string_view NameOfEntryIn(const Node& node) {
-  const VyrAnnStandardXMLValue* name = NameOfEntry(node);
-  return name == nullptr ? std::string_view() : name->GetValue().View();
-}
-
 /// The value of a node that a name means as values are printed.
 std::optional<std::size_t> FindValue(const Node& node, const PathName& wanted) {
   std::optional<std::size_t> byPlace;
@@ -57,6 +53,15 @@ std::optional<std::size_t> FindValue(const Node& node, const PathName& wanted) {
     if (++ordinal == wanted.ordinal && wanted.HasPlace()) byPlace = i;
   }
   return byPlace;
+}
+
+/// The place, from 1, that the last field of a command names; nothing when it names none.
+std::optional<std::size_t> PlaceAtEndOf(std::string_view command) {
+  std::string_view digits = command.substr(command.rfind(':') + 1);
+  digits.remove_prefix(std::min(digits.find_first_not_of(" \t+"), digits.size()));
+  std::size_t place = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), place);
+  return error == std::errc() ? std::optional(place) : std::nullopt;
 }
 
 }  // namespace
@@ -92,41 +97,38 @@ CommandPaths::Node_var CommandPaths::ChildOf(Node& holder, const PathName& name)
   if (!name.HasBrackets()) return {};
   if (!name.HasPlace()) return EntryCalled(holder, name);
   if (name.ordinal == 1) return Node_var(holder.GetNodeByName(name.name));
-  const std::vector<Node_var>& all = EntriesOf(holder, name.name).all;
-  const bool isThere = name.ordinal > 0 && name.ordinal <= all.size();
-  return isThere ? all[name.ordinal - 1] : Node_var();
+  EntryList* const list = ListsOf(holder).Find(name.name);
+  const bool isThere = list != nullptr && name.ordinal > 0 && name.ordinal <= list->Count();
+  return isThere ? list->At(name.ordinal - 1) : Node_var();
 }
 
-CommandPaths::Entries& CommandPaths::EntriesOf(Node& holder, std::string_view name) {
-  const auto [at, isNew] = lists_.try_emplace({&holder, std::string(name)});
-  if (!isNew) return at->second;
-  at->second.holder = Node_var::Share(&holder);
-  for (const Node_var& child : holder.GetNodes()) {
-    if (child->GetNodeName().View() != name) continue;
-    at->second.all.push_back(child);
-    at->second.byName.emplace(NameOfEntryIn(*child), child);
-  }
-  return at->second;
+EntryLists& CommandPaths::ListsOf(Node& holder) {
+  return lists_.try_emplace(&holder, holder).first->second;
+}
+
+/// Null also when nobody has asked for the lists of the holder yet.
+EntryList* CommandPaths::ListIn(const Node& holder, std::string_view name) {
+  const auto lists = lists_.find(&holder);
+  return lists == lists_.end() ? nullptr : lists->second.Find(name);
+}
+
+bool CommandPaths::HasSeveral(Node& holder, std::string_view name) {
+  const EntryList* const list = ListsOf(holder).Find(name);
+  return list != nullptr && list->Count() > 1;
 }
 
 /// Null also when several are called so: which one is meant is not to be guessed.
 CommandPaths::Node_var CommandPaths::EntryCalled(Node& holder, const PathName& name) {
-  const std::string called(name.entry);
-  if (written_.contains(called)) {
-    lists_.clear();
-    written_.clear();
+  EntryList* const list = ListsOf(holder).Find(name.name);
+  if (list == nullptr) {
+    Node_var only(holder.GetNodeByName(name.name));
+    return only && NameOfEntryIn(*only) == name.entry ? only : Node_var();
   }
-  const Entries& entries = EntriesOf(holder, name.name);
-  std::vector<Node_var> found;
-  const auto [begin, end] = entries.byName.equal_range(called);
-  for (auto entry = begin; entry != end && found.size() < 2; ++entry) {
-    if (NameOfEntryIn(*entry->second) == called) found.push_back(entry->second);
-  }
+  const std::vector<Node_var> found = list->Called(name.entry);
   if (found.size() < 2) return found.empty() ? Node_var() : found.front();
   std::vector<std::string> places;
-  for (std::size_t i = 0; i < entries.all.size() && places.size() < 2; ++i) {
-    if (entries.all[i] != found[0] && entries.all[i] != found[1]) continue;
-    places.push_back(Quoted(std::string(name.name) + "[" + std::to_string(i + 1) + "]"));
+  for (const std::size_t place : list->PlacesOfCalled(name.entry)) {
+    places.push_back(Quoted(std::string(name.name) + "[" + std::to_string(place + 1) + "]"));
   }
   several_ = "there are several " + Quoted(name.text) + "; give the place of one, as in " +
              places.front() + " or " + places.back();
@@ -144,7 +146,7 @@ CommandPaths::Value_var CommandPaths::ValueAt(std::string_view path) {
 CommandPaths::Node_var CommandPaths::EntryToFill(std::string_view path) {
   const Ends ends = EndsOf(path);
   const Node_var list = NodeAt(ends.holder);
-  if (!list || ends.holder.empty() || list->GetNodes().empty()) return {};
+  if (!list || ends.holder.empty() || list->GetNumOfNode() == 0) return {};
   const PathName last(ends.last);
   if (!last.HasBrackets() || Node_var(list->GetNodeByName(last.text))) {
     return Node_var(list->GetNode(-1));
@@ -158,21 +160,69 @@ std::string CommandPaths::Missing(std::string_view path) {
 }
 
 int CommandPaths::Run(Verb verb, std::string_view command) {
-  if (verb == Verb::Delete) return Delete(command);
-  if (verb == Verb::Change) return Change(command);
   std::string_view rest = command;
-  std::string_view path;
-  CutPath(rest, path);
-  NoteTexts(rest);
-  if (!HasBrackets(path)) {
-    const int result = RunIn(document_, verb, command);
-    if (const Node_var target = lists_.empty() ? Node_var() : NodeAt(path)) Forget(*target);
-    return result;
+  std::string_view path = command;
+  if (verb != Verb::Delete) CutPath(rest, path);
+  const std::vector<Entry> entries = EntriesOn(verb, path);
+  const int result = RunAlone(verb, path, command);
+  for (const auto& [holder, entry] : entries) {
+    EntryList* const list = ListIn(*holder, entry->GetNodeName().View());
+    if (list != nullptr) list->NoteName(*entry);
   }
-  const Node_var target = verb == Verb::Field ? EntryToFill(path) : NodeAt(path);
-  if (!target) return 1;
-  const int result = RunAt(TopOf(path), *target, verb, command.substr(path.size()));
-  Forget(*target);
+  return result;
+}
+
+/// The entries of which a command at a path may change the "Name": the one at the path, and those
+/// that hold the field, or its only value, which the path leads to.
+std::vector<CommandPaths::Entry> CommandPaths::EntriesOn(Verb verb, std::string_view path) {
+  std::vector<Entry> entries;
+  if (lists_.empty() && !HasBrackets(path)) return entries;
+  Node_var entry = verb == Verb::Field ? EntryToFill(path) : NodeAt(path);
+  for (int level = 0; level < 3 && !path.empty(); ++level) {
+    path = EndsOf(path).holder;
+    const Node_var holder = NodeAt(path);
+    const bool isToGo = verb == Verb::Delete && level == 0;
+    if (holder && entry && !isToGo) entries.push_back({holder, entry});
+    entry = holder;
+  }
+  return entries;
+}
+
+int CommandPaths::RunAlone(Verb verb, std::string_view path, std::string_view command) {
+  switch (verb) {
+    case Verb::Delete:
+      return Delete(path);
+    case Verb::Change:
+      return Change(command);
+    case Verb::Node:
+    case Verb::Instance:
+    case Verb::Value:
+      return Add(verb, path, command);
+    default:
+      break;
+  }
+  if (!HasBrackets(path)) return RunIn(document_, verb, command);
+  const Node_var target = EntryToFill(path);
+  return target ? RunAt(TopOf(path), *target, verb, command.substr(path.size())) : 1;
+}
+
+/// Does a command that adds to the node at `path`, and has its lists know of a new child.
+int CommandPaths::Add(Verb verb, std::string_view path, std::string_view command) {
+  const Node_var target = lists_.empty() && !HasBrackets(path) ? Node_var() : NodeAt(path);
+  const auto run = [&] {
+    if (!HasBrackets(path)) return RunIn(document_, verb, command);
+    return target ? RunAt(TopOf(path), *target, verb, command.substr(path.size())) : 1;
+  };
+  const auto lists = target ? lists_.find(target.Get()) : lists_.end();
+  if (lists == lists_.end()) return run();
+  const std::string_view added = command.substr(std::min(command.size(), path.size() + 1));
+  const std::string_view name = added.substr(0, added.find(':'));
+  const int count = target->GetNumOfNode();
+  const Node_var first(target->GetNodeByName(name));
+  const Node_var last(count == 0 ? nullptr : target->GetNode(-1));
+  const int result = run();
+  const bool isAdded = target->GetNumOfNode() != count;
+  if (isAdded && !lists->second.Added(name, first, last, PlaceAtEndOf(added))) lists_.erase(lists);
   return result;
 }
 
@@ -191,7 +241,6 @@ int CommandPaths::Change(std::string_view command) {
   std::string_view text = command;
   std::string_view path;
   CutPath(text, path);
-  NoteTexts(text);
   if (RunIn(document_, Verb::Change, command) == 0) return 0;
   const std::string_view rest = command.substr(path.size());
   if (const Node_var node = NodeAt(path)) return RunAt(TopOf(path), *node, Verb::Change, rest);
@@ -208,41 +257,30 @@ int CommandPaths::Change(std::string_view command) {
 int CommandPaths::Delete(std::string_view path) {
   const Ends ends = EndsOf(path);
   const Node_var holder = NodeAt(ends.holder);
+  const int count = holder ? holder->GetNumOfNode() : 0;
+  const bool isFirst = holder && Node_var(holder->GetNodeByName(ends.last));
   if (RunIn(document_, Verb::Delete, path) == 0) {
-    if (holder) Forget(*holder);
+    EntryList* const list = isFirst ? ListIn(*holder, ends.last) : nullptr;
+    if (list != nullptr) list->Remove(ends.last);
+    // The language may have cut the path within brackets, and have deleted something else.
+    if (HasBrackets(path) && !(isFirst && holder->GetNumOfNode() == count - 1)) lists_.clear();
     return 0;
   }
   if (!holder || !HasBrackets(path)) return 1;
   const PathName last(ends.last);
   const Node_var entry = ChildOf(*holder, last);
   std::string name(entry ? entry->GetNodeName().View() : last.text);
-  Forget(*holder);
+  EntryList* const list = entry ? ListIn(*holder, name) : nullptr;
   if (entry && Node_var(holder->GetNodeByName(name)).Get() != entry.Get()) {
     // The language deletes the first of a name: this one gets a name of its own for that.
     do name += '\n';
     while (Node_var(holder->GetNodeByName(name)));
     entry->SetNodeName(name);
   }
-  if (holder->DeleteNodeWithPath(name) == 0) return 0;
+  if (holder->DeleteNodeWithPath(name) == 0) {
+    if (list != nullptr) list->Remove(name);
+    return 0;
+  }
   const auto value = FindValue(*holder, last);
   return value && holder->DeleteValue(static_cast<int>(*value)) == 1 ? 0 : 1;
-}
-
-void CommandPaths::Forget(const Node& holder) {
-  for (auto list = lists_.lower_bound({&holder, ""});
-       list != lists_.end() && list->first.first == &holder;) {
-    list = lists_.erase(list);
-  }
-}
-
-/// Any text that a command writes may be the new "Name" of an entry.
-void CommandPaths::NoteTexts(std::string_view command) {
-  if (lists_.empty()) return;
-  for (;;) {
-    written_.emplace(command);
-    const std::size_t colon = command.find(':');
-    if (colon == std::string_view::npos) break;
-    written_.emplace(command.substr(0, colon));
-    command.remove_prefix(colon + 1);
-  }
 }

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
-#include <utility>
 #include <vector>
 
+#include "EntryList.h"
 #include "PathNames.h"
 #include "VyrAnnStandardScript.h"
 #include "VyrAnnStandardXMLParser.h"
@@ -38,6 +36,8 @@ class CommandPaths {
   /// The entry that `field` fills: the last one of the list that the path is in, or with brackets
   /// behind the path the one that they mean. Null when there is none.
   Node_var EntryToFill(std::string_view path);
+  /// True when several children of a node have the name.
+  bool HasSeveral(Node& holder, std::string_view name);
   /// Why a path leads to nothing.
   std::string Missing(std::string_view path);
 
@@ -47,23 +47,23 @@ class CommandPaths {
   int RunAt(std::string_view top, Node& node, Verb verb, std::string_view rest);
 
  private:
-  /// The children of one name, in order.
-  struct Entries {
-    Node_var holder;  ///< keeps its address from being another node's
-    std::vector<Node_var> all;
-    std::unordered_multimap<std::string, Node_var> byName;  ///< by the "Name" that they had then
+  /// An entry of a list, which has it as a child of its holder.
+  struct Entry {
+    Node_var holder;
+    Node_var entry;
   };
 
   Node_var ChildOf(Node& holder, const PathName& name);
-  Entries& EntriesOf(Node& holder, std::string_view name);
+  EntryLists& ListsOf(Node& holder);
+  EntryList* ListIn(const Node& holder, std::string_view name);
   Node_var EntryCalled(Node& holder, const PathName& name);
+  std::vector<Entry> EntriesOn(Verb verb, std::string_view path);
+  int RunAlone(Verb verb, std::string_view path, std::string_view command);
+  int Add(Verb verb, std::string_view path, std::string_view command);
   int Change(std::string_view command);
   int Delete(std::string_view path);
-  void Forget(const Node& holder);
-  void NoteTexts(std::string_view command);
 
   VyrAnnStandardXMLParser& document_;
   std::string several_;  ///< which entries the path means that was looked for last
-  std::unordered_set<std::string> written_;  ///< texts that may be a "Name" since lists were made
-  std::map<std::pair<const Node*, std::string>, Entries> lists_;
+  std::unordered_map<const Node*, EntryLists> lists_;  ///< by their holders
 };

@@ -102,7 +102,7 @@ ExitStatus ConvertFile(const Options& options, Session& session) {
                   problem.IsEmpty() ? "cannot be converted" : std::string(problem.View())};
   }
   const VyrFileChange change =
-      WriteResult(options.output, TextOf(converter, options.text), options.inPlace);
+      WriteResult(options.output, TextOf(converter, options.text).View(), options.inPlace);
   Tell(converter, input.Name(), session);
   session.Say(TalkOf(options.output, change,
                      "parent standard " + std::string(converter.GetParentStandard().View())));

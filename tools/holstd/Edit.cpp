@@ -251,22 +251,25 @@ long RunAll(Standard& standard, const Steps& steps, const Session& session) {
   return done;
 }
 
-/// The standard as XML, once it is sure that this can be read again.
-std::string Saved(Standard& standard) {
+/// The standard as XML, once it is sure that this can be read again. The document is then the one
+/// that was: there is room for one of them only.
+VyrUnicodeString Saved(Standard& standard) {
   VyrUnicodeString text;
   standard.document.SaveInString(text);
   VyrProblem problem = standard.document.GetProblem();
-  VyrAnnStandardXMLParser again;
-  if (problem.IsEmpty() && again.DecodeXML(text, 0) != 0) problem = again.GetProblem();
+  if (problem.IsEmpty()) {
+    standard.document = VyrAnnStandardXMLParser();
+    if (standard.document.DecodeXML(text, 0) != 0) problem = standard.document.GetProblem();
+  }
   if (!problem.IsEmpty()) {
     throw Failure{kInvalidInput, standard.file, 0,
                   "the commands leave what cannot be saved: " + std::string(problem.text.View())};
   }
-  if (standard.version >= 0 && again.GetVersion() < 0) {
+  if (standard.version >= 0 && standard.document.GetVersion() < 0) {
     throw Failure{kInvalidInput, standard.file, 0,
                   "after the commands " + VersionProblem(standard.document)};
   }
-  return std::string(text.View());
+  return text;
 }
 
 void CheckUsage(const Options& options) {
@@ -330,15 +333,15 @@ ExitStatus EditFile(const Options& options, const std::string& file, const Steps
     session.Say(target + ": left as it is, no command is for it");
     return kDone;
   }
-  const std::string text = Saved(standard);
+  const VyrUnicodeString text = Saved(standard);
   if (const auto said = DatedBackByCommands(newerBefore, FindNewerContent(standard))) {
     session.Warn(target, *said);
   }
   const std::string talk = Counted(done, "command") + " done";
   MakeFolder(options);
   const VyrFileChange change = options.inPlace.isWanted
-                                   ? ReplaceInPlace(target, text, options.inPlace)
-                                   : WriteResult(target, text, options.inPlace);
+                                   ? ReplaceInPlace(target, text.View(), options.inPlace)
+                                   : WriteResult(target, text.View(), options.inPlace);
   session.Say(TalkOf(target, change, talk));
   return kDone;
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include "Arguments.h"
@@ -41,7 +42,6 @@ struct Default {
 struct Sources {
   const Options& options;
   const StandardItems& items;
-  const ItemLines& lines;
   const ShippedStandard& shipped;
 
   const Node& NodeAt(const StandardPlace& place) const { return *items[place.item].node; }
@@ -111,7 +111,8 @@ class TextAnswer {
  public:
   explicit TextAnswer(const Sources& from) : from_(from) {}
 
-  std::string Text(const StandardPlace& place) {
+  /// `line` is 0 when it is not known.
+  std::string Text(const StandardPlace& place, int line) {
     text_ = Printable(from_.items.PathOf(place));
     const std::string entry = from_.items.EntryOf(place.item);
     text_ += (entry.empty() ? "" : " (" + Printable(entry) + ")") + "\n";
@@ -122,7 +123,7 @@ class TextAnswer {
       AddNodeLines(from_.NodeAt(place));
     }
     AddDefault(place);
-    if (const int line = from_.lines.LineOf(place); line > 0) {
+    if (line > 0) {
       const std::string file = from_.options.file == "-" ? "standard input" : from_.options.file;
       Add("stands in", Printable(file) + ":" + std::to_string(line));
     }
@@ -204,12 +205,11 @@ void AddContentTo(Json& object, const Sources& from, const StandardPlace& place)
   object["defined"] = enumeration != nullptr && HasLiteral(*enumeration, *value);
 }
 
-Json AsJson(const Sources& from, const StandardPlace& place) {
+Json AsJson(const Sources& from, const StandardPlace& place, int line) {
   Json object = {{"file", from.options.file}, {"path", from.items.PathOf(place)}};
   const std::string entry = from.items.EntryOf(place.item);
   if (!entry.empty()) object["entry"] = entry;
   AddContentTo(object, from, place);
-  const int line = from.lines.LineOf(place);
   object["line"] = line > 0 ? Json(line) : Json();
   const auto found = DefaultOf(from, place);
   if (!found) {
@@ -223,6 +223,15 @@ Json AsJson(const Sources& from, const StandardPlace& place) {
   return object;
 }
 
+/// What tells the lines of all places is in memory no longer than they are looked up.
+std::vector<int> LinesOf(const InputFile& input, const StandardItems& items,
+                         std::span<const StandardPlace> places) {
+  const ItemLines lines(input, items);
+  std::vector<int> found;
+  for (const StandardPlace& place : places) found.push_back(lines.LineOf(place));
+  return found;
+}
+
 ExitStatus PrintExplanations(const Options& options, Session& session) {
   const InputFile input(options.file);
   Standard standard = ReadStandard(input);
@@ -231,15 +240,15 @@ ExitStatus PrintExplanations(const Options& options, Session& session) {
   if (places.empty()) {
     throw Failure{kNegativeAnswer, options.file, 0, MissingPlace(items, options.path)};
   }
-  const ItemLines lines(input, items);
-  const ShippedStandard shipped(standard.parent);
-  const Sources from = {options, items, lines, shipped};
   const std::size_t told = std::min(places.size(), kMostTold);
+  const std::vector<int> lines = LinesOf(input, items, {places.data(), told});
+  const ShippedStandard shipped(standard.parent);
+  const Sources from = {options, items, shipped};
   for (std::size_t i = 0; i < told; ++i) {
     if (options.json) {
-      session.Print((i == 0 ? "[\n  " : ",\n  ") + JsonLine(AsJson(from, places[i])));
+      session.Print((i == 0 ? "[\n  " : ",\n  ") + JsonLine(AsJson(from, places[i], lines[i])));
     } else {
-      session.Print((i == 0 ? "" : "\n") + TextAnswer(from).Text(places[i]));
+      session.Print((i == 0 ? "" : "\n") + TextAnswer(from).Text(places[i], lines[i]));
     }
   }
   const std::size_t more = places.size() - told;

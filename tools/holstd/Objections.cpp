@@ -62,20 +62,16 @@ std::string AlreadyThere(std::string_view path, std::string_view name, const std
 }
 
 /// Entries of a list may have one name: instances, and nodes of which there are several already.
-bool IsEntryOfList(const Node& holder, const Node& first, Verb verb) {
+bool IsEntryOfList(CommandPaths& paths, Node& holder, const Node& first, Verb verb) {
   if (verb == Verb::Instance) return first.GetNodeType() == Node::NodeInstance;
-  if (first.GetNodeType() == Node::NodeInstance) return false;
-  const auto isAnother = [&](const auto& child) {
-    return child.Get() != &first && child->GetNodeName() == first.GetNodeName();
-  };
-  return holder.GetNodeType() != Node::NodeTop &&
-         std::any_of(holder.GetNodes().begin(), holder.GetNodes().end(), isAnother);
+  return first.GetNodeType() != Node::NodeInstance && holder.GetNodeType() != Node::NodeTop &&
+         paths.HasSeveral(holder, first.GetNodeName().View());
 }
 
-std::string ObjectionToSecondNode(const Node& holder, std::string_view path, std::string_view name,
-                                  Verb verb) {
+std::string ObjectionToSecondNode(CommandPaths& paths, Node& holder, std::string_view path,
+                                  std::string_view name, Verb verb) {
   const VyrAnnStandardXMLNode_var first(holder.GetNodeByName(name));
-  if (!first || IsEntryOfList(holder, *first, verb)) return {};
+  if (!first || IsEntryOfList(paths, holder, *first, verb)) return {};
   const std::string there = std::string(path) + "." + std::string(name);
   return AlreadyThere(path, name,
                       "leave the command out, or put " + Quoted("delete " + there) + " before it");
@@ -107,7 +103,7 @@ std::string ObjectionToNode(CommandPaths& paths, Verb verb, std::string_view tex
       !objection.empty()) {
     return objection;
   }
-  return ObjectionToSecondNode(*target, path, name, verb);
+  return ObjectionToSecondNode(paths, *target, path, name, verb);
 }
 
 std::string ObjectionToEntry(CommandPaths& paths, std::string_view path) {
@@ -117,7 +113,7 @@ std::string ObjectionToEntry(CommandPaths& paths, std::string_view path) {
   }
   const std::string_view holder = path.substr(0, dot);
   const VyrAnnStandardXMLNode_var list = paths.NodeAt(holder);
-  if (list && list->GetNodes().empty()) {
+  if (list && list->GetNumOfNode() == 0) {
     return Quoted(holder) + " has no entries yet; add one first, with 'instance' or 'node'";
   }
   return paths.Missing(list ? path : holder);
@@ -184,7 +180,7 @@ std::string ObjectionToChange(CommandPaths& paths, std::string_view text) {
     return "the new text is missing; expected is PATH:TEXT, or PATH:FIELD:TEXT for one of several";
   }
   if (const VyrAnnStandardXMLNode_var node = paths.NodeAt(path)) {
-    if (!node->GetNodes().empty()) {
+    if (node->GetNumOfNode() != 0) {
       return Quoted(path) + " has " + Counted(node->GetNumOfNode(), "child node") +
              " and so no value to change; name one of them";
     }

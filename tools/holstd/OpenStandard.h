@@ -22,6 +22,11 @@ class OpenStandard {
   Standard& Read();
   /// For who needs it no more, or seldom: it takes as much memory as what answers.
   void ForgetRead() { standard_.reset(); }
+  /// And this for who will not ask what is told either.
+  void ForgetAll() {
+    ForgetRead();
+    told_ = {};
+  }
   /// Answers what the application is told.
   VyrIDrwStandard& Told() const { return *told_; }
 

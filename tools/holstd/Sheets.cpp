@@ -36,12 +36,15 @@ struct Records {
   std::span<const Record> All() const { return {array.get(), static_cast<std::size_t>(count)}; }
 };
 
+bool HasChildren(OpenStandard& standard, const char* path) {
+  const VyrAnnStandardXMLNode_var node(standard.Read().document.GetNodeWithPath(path));
+  return node && node->GetNumOfNode() != 0;
+}
+
 /// `read` hands out a new array and its size; `explain` says why it could not.
 template <class Record, class Read, class Explain>
-Records<Record> ReadRecords(Standard& standard, const char* path, Read read, Explain explain) {
+Records<Record> ReadRecords(Read read, Explain explain) {
   Records<Record> records;
-  const VyrAnnStandardXMLNode_var node(standard.document.GetNodeWithPath(path));
-  if (!node || node->GetNodes().empty()) return records;
   Record* array = nullptr;
   int count = 0;
   if (VyrFailed(read(&array, count))) {
@@ -56,7 +59,6 @@ Records<Record> ReadRecords(Standard& standard, const char* path, Read read, Exp
 Records<Format> ReadFormats(OpenStandard& standard) {
   const auto told = VyrQuery<VyrIDftStandard>(&standard.Told());
   return ReadRecords<Format>(
-      standard.Read(), "Root.SheetFormat",
       [&](Format** formats, int& count) {
         return VyrDftStandardServices::GetSheetFormats(told.Get(), formats, count);
       },
@@ -87,10 +89,11 @@ FileProblems ExplainStyles(OpenStandard& standard, const ReportRecorder& reports
 
 Records<Style> ReadStyles(OpenStandard& standard) {
   const ReportRecorder reports;
-  const auto services = VyrAnnStandardServices::OpenFile(standard.Input().Path());
   return ReadRecords<Style>(
-      standard.Read(), "Root.Styles.Sheet",
-      [&](Style** styles, int& count) { return services->GetAvailableSheetStyles(styles, count); },
+      [&](Style** styles, int& count) {
+        const auto services = VyrAnnStandardServices::OpenFile(standard.Input().Path());
+        return services->GetAvailableSheetStyles(styles, count);
+      },
       [&] { return ExplainStyles(standard, reports); });
 }
 
@@ -226,8 +229,13 @@ std::string AsText(const Records<Format>& formats, const Records<Style>& styles)
 
 ExitStatus PrintSheets(const Options& options, Session& session) {
   OpenStandard standard(options.file);
-  const Records<Format> formats = ReadFormats(standard);
-  const Records<Style> styles = ReadStyles(standard);
+  const bool hasFormats = HasChildren(standard, "Root.SheetFormat");
+  const bool hasStyles = HasChildren(standard, "Root.Styles.Sheet");
+  // Each of them is told by a document of its own; one is in memory at a time.
+  standard.ForgetRead();
+  const Records<Format> formats = hasFormats ? ReadFormats(standard) : Records<Format>();
+  standard.ForgetAll();
+  const Records<Style> styles = hasStyles ? ReadStyles(standard) : Records<Style>();
   bool isWhole = true;
   for (const auto* problems : {&formats.problems, &styles.problems}) {
     problems->ComplainOf(options.file, session);

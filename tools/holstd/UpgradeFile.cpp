@@ -98,12 +98,12 @@ std::vector<UpgradeStep> RunChain(VyrDrwParseStandard& converter, const UpgradeM
 /// Writes the result; the folder is made where there is none.
 VyrFileChange Save(VyrDrwParseStandard& converter, const UpgradeInput& input,
                    const InPlaceOptions& inPlace) {
-  const std::string text = TextOf(converter, input.file);
-  if (inPlace.isWanted) return ReplaceInPlace(input.file, text, inPlace);
+  const VyrUnicodeString text = TextOf(converter, input.file);
+  if (inPlace.isWanted) return ReplaceInPlace(input.file, text.View(), inPlace);
   std::error_code error;
   const auto folder = std::filesystem::path(input.target).parent_path();
   if (!folder.empty()) std::filesystem::create_directories(folder, error);
-  return WriteResult(input.target, text, inPlace);
+  return WriteResult(input.target, text.View(), inPlace);
 }
 
 /// Refuses what cannot be written to before it is read.

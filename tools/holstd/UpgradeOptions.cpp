@@ -25,11 +25,11 @@ void WarnOfReports(const Session& session, const std::string& file, const std::s
   }
 }
 
-std::string TextOf(VyrDrwParseStandard& converter, const std::string& file) {
+VyrUnicodeString TextOf(VyrDrwParseStandard& converter, const std::string& file) {
   VyrUnicodeString text;
   const ReportRecorder recorder;
   converter.GetDocument().SaveInString(text);
   const VyrProblem problem = converter.GetDocument().GetProblem();
-  if (problem.IsEmpty()) return std::string(text.View());
+  if (problem.IsEmpty()) return text;
   throw Failure{kNotWritten, file, 0, std::string(problem.text.View())};
 }

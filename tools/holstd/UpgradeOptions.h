@@ -24,4 +24,4 @@ void WarnOfReports(const Session& session, const std::string& file, const std::s
                    const ReportRecorder& recorder, std::size_t from);
 
 /// What a converter holds as XML. Throws `Failure`; `file` is what it speaks of.
-std::string TextOf(VyrDrwParseStandard& converter, const std::string& file);
+VyrUnicodeString TextOf(VyrDrwParseStandard& converter, const std::string& file);
