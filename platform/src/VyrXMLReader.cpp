@@ -45,13 +45,14 @@ struct Remedy {
 };
 
 constexpr const char* kTakeWholeFile = "the text breaks off there; take a complete copy of it";
-constexpr std::array<Remedy, 12> kRemedies = {{
+constexpr std::array<Remedy, 13> kRemedies = {{
     {XML_ERR_TAG_NOT_FINISHED, kTakeWholeFile},
     {XML_ERR_TAG_NAME_MISMATCH, "close every element with an end tag of its own name"},
     {XML_ERR_DOCUMENT_EMPTY, "a standard begins with a std:node element"},
     {XML_ERR_DOCUMENT_END, "nothing may follow the document element"},
     {XML_ERR_INVALID_CHAR, "leave the character out, no XML text may hold it"},
     {XML_ERR_UNDECLARED_ENTITY, "write the character itself, or declare the entity"},
+    {XML_ERR_NAME_REQUIRED, "write '&' as &amp; and '<' as &lt; in a text"},
     {XML_ERR_ATTRIBUTE_REDEFINED, "give an attribute once"},
     {XML_ERR_ATTRIBUTE_NOT_STARTED, "put the value between quotes"},
     {XML_ERR_LT_IN_ATTRIBUTE, "write '<' as &lt; in a value"},
@@ -64,6 +65,15 @@ std::string_view RemedyOf(int error) {
   const auto found = std::find_if(kRemedies.begin(), kRemedies.end(),
                                   [=](const Remedy& remedy) { return remedy.error == error; });
   return found == kRemedies.end() ? std::string_view() : found->text;
+}
+
+/// The parser begins some of its messages with the function that found the fault.
+std::string_view WithoutFunctionName(std::string_view text) {
+  const std::size_t end = text.find_first_of(" :");
+  if (!text.starts_with("xml") || end == text.npos) return text;
+  const std::size_t message = text.find_first_not_of(" :", end);
+  const bool isName = text.substr(end, message - end).find(':') != text.npos;
+  return isName && message != text.npos ? text.substr(message) : text;
 }
 
 struct ContextDeleter {
@@ -257,6 +267,7 @@ class Reader {
     if (error->code == XML_ERR_NO_MEMORY || error->message == nullptr) return RefuseForMemory();
     std::string_view text = error->message;
     while (text.ends_with('\n') || text.ends_with(' ')) text.remove_suffix(1);
+    text = WithoutFunctionName(text);
     // The library cuts long messages anywhere, inside a character too.
     text = text.substr(0, VyrFindInvalidUtf8(text));
     std::string_view remedy = RemedyOf(error->code);

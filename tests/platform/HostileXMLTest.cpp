@@ -374,6 +374,12 @@ TEST(HostileXMLFile, EveryRefusalSaysWhereWhatAndWhatWouldBeRight) {
       {"<a>\n&b;</a>",
        "2: not well-formed XML: Entity 'b' not defined; write the character itself, or declare the "
        "entity"},
+      {"<a>\n&</a>",
+       "2: not well-formed XML: no name; write '&' as &amp; and '<' as &lt; in a text"},
+      {"<a>\n<? b?></a>", "2: not well-formed XML: no target name; mend the markup there"},
+      {"<a>\n&#0;</a>",
+       "2: not well-formed XML: invalid xmlChar value 0; leave the character out, no XML text may "
+       "hold it"},
       {"<a>\n<b c='' c=''/></a>",
        "2: not well-formed XML: Attribute c redefined; give an attribute once"},
       {"<a>\n<b c=1/></a>",
