@@ -171,7 +171,7 @@ TEST(CommandLine, OnATerminalThereAreColoursUnlessTheEnvironmentSaysNo) {
   }
 }
 
-TEST(CommandLine, OutputThatCannotBeWrittenIsStatus4) {
+TEST(CommandLine, OutputThatCannotBeWrittenIsStatus4AndAReaderThatIsGoneIsSilence) {
   const std::vector<std::vector<std::string>> cases = {{"info", "-"},
                                                        {"info", "-", "--json"},
                                                        {"get", "-", "Version"},
@@ -190,9 +190,45 @@ TEST(CommandLine, OutputThatCannotBeWrittenIsStatus4) {
     SCOPED_TRACE(testing::PrintToString(arguments));
     ExpectFailure(RunTool(arguments, {.input = standard, .outputFile = "/dev/full"}), 4,
                   {"standard output", "space"});
-    ExpectFailure(RunTool(arguments, {.input = standard, .isReaderGone = true}), 4,
-                  {"standard output", "pipe"});
+    // As of any filter.
+    const ToolRun piped = RunTool(arguments, {.input = standard, .isReaderGone = true});
+    EXPECT_EQ(piped.status, -SIGPIPE);
+    EXPECT_EQ(piped.err, "");
   }
+}
+
+TEST(CommandLine, AReaderThatIsGoneIsToldWhereTheSignalIsIgnored) {
+  ExpectFailure(RunTool({"symbols"}, {.isReaderGone = true, .isPipeIgnored = true}), 4,
+                {"standard output", "pipe"});
+}
+
+// A file that is opened must not take the place of a stream that is closed.
+TEST(CommandLine, AClosedStreamTakesNothingOfAFile) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("a.xml", WithSheets(SampleStandard()));
+  const auto status = [](const std::string& line) {
+    const int ended = std::system((std::string(HOL_TOOL) + " " + line).c_str());
+    return WIFEXITED(ended) ? WEXITSTATUS(ended) : -1;
+  };
+  for (const std::string closed : {" >&-", " 2>&-", " <&-", " <&- >&- 2>&-"}) {
+    const std::string out = folder / ("out" + closed + ".xml");
+    EXPECT_EQ(status("edit -v " + file + " -o '" + out + "' -c 'node Root:New'" + closed), 0);
+    EXPECT_EQ(RunTool({"check", out}).status, 0) << closed;
+    EXPECT_EQ(status("upgrade --json -v " + file + " -o '" + out + ".2'" + closed),
+              closed.find(" >&-") == std::string::npos ? 0 : 4);
+    EXPECT_EQ(RunTool({"check", out + ".2"}).status, 0) << closed;
+  }
+  EXPECT_EQ(status("info - <&- 2>/dev/null"), 3);
+  EXPECT_EQ(ReadWholeFile(file), WithSheets(SampleStandard()));
+}
+
+TEST(CommandLine, ATextOfTheOldGenerationIsSentToTheConversion) {
+  for (const char* command : {"info", "check", "upgrade"}) {
+    std::vector<std::string> arguments = {command, LegacyText("ISO")};
+    if (arguments[0] == "upgrade") arguments.push_back("--dry-run");
+    EXPECT_THAT(RunTool(arguments).err, HasSubstr("'holstd convert' makes one of it"));
+  }
+  EXPECT_EQ(RunTool({"info", "-"}, {.input = "<a>"}).err.find("holstd convert"), std::string::npos);
 }
 
 TEST(CommandLine, WhatCannotBeReadIsStatus3WithFileAndLine) {

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -31,6 +32,7 @@ struct ToolSurroundings {
   std::string outputFile = {};  ///< where standard output leads; empty: it is captured
   std::string talkFile = {};    ///< where standard error leads; empty: it is captured
   bool isReaderGone = false;    ///< standard output is a pipe that nobody reads
+  bool isPipeIgnored = false;   ///< whoever started the tool ignores SIGPIPE
   std::vector<std::pair<std::string, std::string>> environment = {};
   rlim_t mostFileBytes = 0;  ///< of each file it writes; 0: no limit
   rlim_t mostMemory = 0;     ///< in bytes; 0: no limit
@@ -99,6 +101,7 @@ void Limit(Resource resource, rlim_t most) {
     Redirect(with.talkFile, O_WRONLY, STDERR_FILENO);
   }
   SetEnvironment(with);
+  std::signal(SIGPIPE, with.isPipeIgnored ? SIG_IGN : SIG_DFL);  // whatever started the tests
   Limit(RLIMIT_FSIZE, with.mostFileBytes);
   Limit(RLIMIT_AS, with.mostMemory);
   std::vector<char*> argv = {const_cast<char*>(HOL_TOOL)};

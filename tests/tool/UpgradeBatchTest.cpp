@@ -447,7 +447,7 @@ TEST_F(UpgradeBatch, AReportThatNobodyReadsDoesNotHideTheCounts) {
   for (const char* form : {"--quiet", "--json"}) {
     const ToolRun run =
         RunTool({"upgrade", WriteMany(3), "-d", folder / form, form}, {.isReaderGone = true});
-    EXPECT_EQ(run.status, 4);
+    EXPECT_EQ(run.status, -SIGPIPE);
     const bool isTold = run.err.find("3 standards: 3 written") != std::string::npos;
     EXPECT_EQ(isTold, form == std::string_view("--json")) << run.err;
   }
@@ -456,8 +456,8 @@ TEST_F(UpgradeBatch, AReportThatNobodyReadsDoesNotHideTheCounts) {
 TEST_F(UpgradeBatch, ThePipeThatNobodyReadsEndsIt) {
   const std::string in = WriteMany(5);
   const ToolRun run = RunTool({"upgrade", in, "--dry-run", "--jobs", "2"}, {.isReaderGone = true});
-  EXPECT_EQ(run.status, 4);
-  EXPECT_THAT(run.err, HasSubstr("standard output"));
+  EXPECT_EQ(run.status, -SIGPIPE);
+  EXPECT_EQ(run.err.find("standard output"), std::string::npos);
 }
 
 TEST_F(UpgradeBatch, ABarIsShownOnATerminalForALongBatchOnly) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <new>
 
 #include "Format.h"
@@ -83,7 +82,7 @@ void Session::Print(std::string_view data) {
 void Session::Flush() {
   const int error = WriteAll(STDOUT_FILENO, pending_);
   pending_.clear();
-  if (error != 0) throw OutputLost{std::strerror(error)};
+  if (error != 0) throw OutputLost{error};
 }
 
 void Session::Say(std::string_view text) const {

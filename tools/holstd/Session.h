@@ -12,7 +12,7 @@ int WriteAll(int file, std::string_view text);
 
 /// Standard output takes no more: nothing that follows can be told either.
 struct OutputLost {
-  std::string reason;
+  int error;  ///< the system's number; EPIPE: whoever read it has gone
 };
 
 /// One run of the tool: its options for every subcommand, and where it writes. Data goes to

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
+#include <fstream>
 #include <vector>
 
 #include "Failure.h"
@@ -46,6 +47,15 @@ std::string ParentOf(VyrAnnStandardXMLParser& document) {
   return isAsme ? "ASME" : std::string(name.View());
 }
 
+/// What to do with a text of the old generation, which begins with a word; empty for other files.
+std::string ForOldText(const std::string& path) {
+  std::ifstream file(path);
+  const int first = file.get();
+  const bool isLetter = (first >= 'A' && first <= 'Z') || (first >= 'a' && first <= 'z');
+  return isLetter ? "; if it is a text of the old generation, 'holstd convert' makes one of it"
+                  : "";
+}
+
 }  // namespace
 
 Standard ReadStandard(const InputFile& input) {
@@ -57,8 +67,9 @@ Standard ReadStandard(const InputFile& input) {
   RefuseNewer(file, standard.document);
   if (result != 0) {
     const VyrProblem problem = standard.document.GetProblem();
-    throw Failure{kInvalidInput, file, problem.line,
-                  problem.IsEmpty() ? "is no XML standard" : std::string(problem.text.View())};
+    const std::string text =
+        problem.IsEmpty() ? "is no XML standard" : std::string(problem.text.View());
+    throw Failure{kInvalidInput, file, problem.line, text + ForOldText(input.Path())};
   }
   standard.parent = ParentOf(standard.document);
   standard.version = standard.document.GetVersion();

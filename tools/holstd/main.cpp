@@ -1,6 +1,11 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <array>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <exception>
 #include <new>
 #include <string>
@@ -140,11 +145,28 @@ ExitStatus RunAndComplain(int argc, char** argv, Session& session) {
   }
 }
 
+/// A descriptor of the standard three that is closed would be that of the next file opened, and
+/// take what is written to it. The other way round, what is written to it or read of it fails.
+void OccupyClosedStreams() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(descriptor, F_GETFD) >= 0) continue;
+    static_cast<void>(::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+  }
+}
+
+/// Whoever started the tool is to see what ended it.
+void EndBy(int signal) {
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader that goes away and a limit on file sizes are told like a full disk, not by a signal.
-  std::signal(SIGPIPE, SIG_IGN);
+  OccupyClosedStreams();
+  // A reader that goes away is heard of by the write that fails, so that whatever was begun is
+  // ended in order. A limit on file sizes is told like a full disk.
+  const auto pipeHandler = std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   WatchMemory();
   Session session;
@@ -153,11 +175,12 @@ int main(int argc, char** argv) {
     session.Flush();
     return status;
   } catch (const Interrupted& interrupted) {
-    // Whoever started the tool is to see what ended it.
-    std::signal(interrupted.signal, SIG_DFL);
-    std::raise(interrupted.signal);
+    EndBy(interrupted.signal);
     return kNotWritten;
   } catch (const OutputLost& lost) {
-    return session.Refuse({kNotWritten, "standard output", 0, "cannot be written: " + lost.reason});
+    // The reader has seen enough, as with any filter, unless somebody wants to be told instead.
+    if (lost.error == EPIPE && pipeHandler != SIG_IGN) EndBy(SIGPIPE);
+    return session.Refuse({kNotWritten, "standard output", 0,
+                           std::string("cannot be written: ") + std::strerror(lost.error)});
   }
 }
