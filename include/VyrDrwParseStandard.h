@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <span>
@@ -11,11 +12,13 @@
 #include "VyrAnnStandardXMLNode.h"
 #include "VyrDrwConversionNote.h"
 #include "VyrDrwParseStandardUpgradeOptions.h"
+#include "VyrDrwUpgradeOmission.h"
 #include "VyrProblem.h"
 #include "VyrResult.h"
 #include "VyrUnicodeString.h"
 
 class VyrAnnStandardXMLParser;
+class UpgradeOmissions;
 class VyrDrwParseParameter;
 struct EngineeringSymbol;
 struct VyrDrwParseStandardBomProperty;
@@ -66,6 +69,13 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   /// after an upgrade, of which they depend on the target. A number that is written otherwise but
   /// equal is told as little as one that is kept. Borrowed until the next read or upgrade.
   const std::vector<VyrDrwConversionNote>& GetConversionNotes() const { return notes_; }
+
+  /// What the last upgrade did not do, or guessed, since the standard lacks a node or has it
+  /// otherwise: the first 100 in the order of the steps. Failed checks report the same. Borrowed
+  /// until the next upgrade.
+  const std::vector<VyrDrwUpgradeOmission>& GetUpgradeOmissions() const;
+  /// How many there are, those past the first 100 included.
+  std::size_t GetNumOfUpgradeOmissions() const;
 
   /// "ISO", "JIS", "ANSI", "ASME", or whatever the standard says; empty before it is read. An ASME
   /// standard calls itself "ANSI" and is told by its datum mode ("TXTDatumMode" 1, where ANSI has
@@ -245,4 +255,5 @@ class HOLSTANDARDINFRA_EXPORT VyrDrwParseStandard {
   std::vector<VyrProblem> textFaults_;
   std::size_t numOfTextFaults_ = 0;
   std::vector<VyrDrwConversionNote> notes_;
+  std::unique_ptr<UpgradeOmissions> omissions_;
 };

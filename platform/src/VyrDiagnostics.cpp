@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "VyrReportCount.h"
 #include "VyrShownText.h"
 #include "VyrUtf8.h"
 
@@ -24,6 +25,8 @@ SharedSinks& Sinks() {
 }
 
 std::atomic<bool> developmentStage{false};
+
+thread_local std::size_t reportCount = 0;
 
 /// The line without its line end.
 template <class Text>
@@ -98,8 +101,13 @@ void VyrTraceOutput(std::string_view text) {
   Send(&VyrDiagnosticSinks::trace, text);
 }
 
+std::size_t VyrReportCount() noexcept {
+  return reportCount;
+}
+
 void VyrSourceUnit::Report(const char* kind, std::string_view message,
                            std::source_location where) const {
+  ++reportCount;
   char text[287];
   // Never half a character: the report must stay readable as UTF-8. No memory is asked for here: a
   // check may fail because there is none left.

@@ -1,19 +1,52 @@
+#include <string>
+#include <utility>
+
 #include "ConversionTables.h"
+#include "PathCommand.h"
+#include "UpgradeOmissions.h"
 #include "VyrAnnStandardScript.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrDrwParseStandardUnit.h"
+#include "VyrReportCount.h"
 
 // Default content that old standards never had. Each builder sends the rows of its table in order
 // and reads nothing, so that one sent twice adds its content twice.
 
 using Document = VyrAnnStandardXMLParser;
 
+namespace {
+
+using Omission = VyrDrwUpgradeOmission;
+using Command = VyrAnnStandardScript::Command;
+using Verb = VyrAnnStandardScript::Verb;
+
+/// What was not done when a command of a table had something to report.
+Omission OmissionBy(const Command& command) {
+  const bool isChange = command.verb == Verb::Change || command.verb == Verb::EachChange ||
+                        command.verb == Verb::Delete;
+  const Omission::Fault fault = isChange ? Omission::OtherShape : Omission::FewerNodes;
+  const Omission::Work work = isChange ? Omission::ValueKept : Omission::NameLeftOut;
+  const NodeCommand fields = NodeCommand::Parse(command.text);  // all commands begin alike
+  if (!command.IsForEach()) {
+    return {fault, work, fields.path, isChange ? std::string_view() : fields.name, {}};
+  }
+  std::string below(fields.path.substr(fields.path.starts_with('.') ? 1 : 0));
+  if (!isChange) below.append(below.empty() ? "" : ".").append(fields.name);
+  return {fault, work, command.path, std::move(below), {}};
+}
+
+}  // namespace
+
 void VyrDrwParseStandard::RunTable(Document& document, std::string_view table) const {
   const VyrAnnStandardScript script(table);
-  for (const VyrAnnStandardScript::Command& command : script.GetCommands()) {
+  for (const Command& command : script.GetCommands()) {
     // A row that finds nothing to act on is left behind; the standard may be one without it.
-    if (command.AppliesTo(parentStandard_.View())) static_cast<void>(command.Run(document));
+    if (!command.AppliesTo(parentStandard_.View())) continue;
+    const std::size_t before = VyrReportCount();
+    static_cast<void>(command.Run(document));
+    const std::size_t reports = VyrReportCount() - before;
+    if (reports != 0) omissions_->Add(OmissionBy(command), reports);
   }
 }
 

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "EngineeringSymbolTables.h"
 #include "EngineeringSymbolUses.h"
 #include "InstanceFields.h"
+#include "UpgradeOmissions.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrDrwParseStandardUnit.h"
@@ -16,6 +18,7 @@
 namespace {
 
 using Node = VyrAnnStandardXMLNode;
+using Omission = VyrDrwUpgradeOmission;
 using Value = VyrAnnStandardXMLValue;
 
 constexpr const char* kAnsiFont = "SYM1.font";
@@ -66,9 +69,16 @@ std::string_view TagOf(const Node& entry) {
 
 /// Sets a field by its name. A command would take the only field that an entry has for the one
 /// that is meant, and store the name with the text.
-void SetField(const Node& entry, const char* field, std::string_view text) {
+void SetField(const Node& entry, const char* field, std::string_view text,
+              UpgradeOmissions& omissions) {
   const VyrAnnStandardXMLValue_var value(entry.GetValueByName(field));
-  if (kParseStandardUnit.CheckPointer(value.Get(), field)) value->SetValue(text);
+  if (kParseStandardUnit.CheckPointer(value.Get(), field)) {
+    value->SetValue(text);
+    return;
+  }
+  std::string place = "Root.EngineeringSymbols.";
+  place.append(TagOf(entry));
+  omissions.Add({Omission::Missing, Omission::ValueKept, std::move(place), field, {}});
 }
 
 SymbolPractice PracticeOf(bool isIsoOrJis, bool isAnsiOrAsme) {
@@ -116,6 +126,7 @@ const char* VyrDrwParseStandard::SymbolFont() const {
   if (IsAnsiOrAsme()) return kAnsiFont;
   if (!IsIsoOrJis()) {
     kParseStandardUnit.Raise("Unknown parent standard!");
+    omissions_->Add({Omission::UnknownParent, Omission::SymbolsLeftOut, {}, {}, parentStandard_});
     return nullptr;
   }
   const VyrUnicodeString textFont =
@@ -152,10 +163,10 @@ void VyrDrwParseStandard::ReplaceSubstitutionSymbol() {
       document_->GetNodeWithPath("Root.EngineeringSymbols.EngineeringSymbol"));
   if (!entry) return;
   const EngineeringSymbol& symbol = SubstitutionSymbols()[IsIsoOrJis() ? 0 : 1];
-  SetField(*entry, "Charcode", symbol.code);
-  SetField(*entry, "Icon16x16", symbol.smallImage);
-  SetField(*entry, "Icon22x22", symbol.largeImage);
-  if (font == std::string_view(kOpenTypeFont)) SetField(*entry, "Font", font);
+  SetField(*entry, "Charcode", symbol.code, *omissions_);
+  SetField(*entry, "Icon16x16", symbol.smallImage, *omissions_);
+  SetField(*entry, "Icon22x22", symbol.largeImage, *omissions_);
+  if (font == std::string_view(kOpenTypeFont)) SetField(*entry, "Font", font, *omissions_);
 }
 
 void VyrDrwParseStandard::RebuildEngineeringSymbols() {
@@ -178,7 +189,7 @@ void VyrDrwParseStandard::FlagEngineeringSymbols(bool isShipped) {
   bool isRenaming = isShipped && IsIsoOrJis() && !holds(kOrientationTag);
   for (const VyrAnnStandardXMLNode_var& entry : list->GetNodes()) {
     if (isRenaming && TagOf(*entry) == kFormerOrientationTag) {
-      SetField(*entry, "Name", kOrientationTag);
+      SetField(*entry, "Name", kOrientationTag, *omissions_);
       isRenaming = false;
     }
     AddUses(*entry, UsesOf(TagOf(*entry), practice, isShipped));

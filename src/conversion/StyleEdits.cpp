@@ -1,5 +1,8 @@
 #include <string>
+#include <utility>
 
+#include "StyleWalk.h"
+#include "UpgradeOmissions.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseStandard.h"
 #include "VyrDrwParseStandardBomProperty.h"
@@ -10,20 +13,32 @@
 namespace {
 
 using Node = VyrAnnStandardXMLNode;
+using Omission = VyrDrwUpgradeOmission;
+
+/// What keeps a value from being changed, as failed checks and omissions tell it.
+Omission FaultOf(Omission::Fault fault, std::string place, const char* name,
+                 VyrUnicodeView value = {}) {
+  return {fault, Omission::ShippedCalloutsKept, std::move(place), name, value};
+}
 
 /// Sets the only value of a style's node at `path`, provided that it is of the type and holds the
 /// old value.
-bool ChangeOneStyle(const Node& style, const char* path, VyrAnnStandardXMLValue::Type type,
-                    const char* oldValue, const char* newValue) {
+bool ChangeOneStyle(const char* family, const Node& style, const char* path,
+                    VyrAnnStandardXMLValue::Type type, const char* oldValue, const char* newValue,
+                    UpgradeOmissions& omissions) {
+  const auto refuse = [&](Omission::Fault fault, VyrUnicodeView value = {}) {
+    omissions.Add(FaultOf(fault, PathOfStyle(family, style), path, value));
+    return false;
+  };
   const VyrAnnStandardXMLNode_var node(style.GetNodeWithPath(path, 1));
-  if (!kParseStandardUnit.CheckPointer(node.Get(), path)) return false;
+  if (!kParseStandardUnit.CheckPointer(node.Get(), path)) return refuse(Omission::Missing);
   const bool holdsOneValue = node->GetNumOfNode() == 0 && node->GetNumOfValue() == 1;
-  if (!kParseStandardUnit.Check(holdsOneValue, path)) return false;
+  if (!kParseStandardUnit.Check(holdsOneValue, path)) return refuse(Omission::OtherShape);
   VyrAnnStandardXMLValue& value = *node->GetValues().front();
-  if (!kParseStandardUnit.Check(value.GetType() == type, path)) return false;
+  if (!kParseStandardUnit.Check(value.GetType() == type, path)) return refuse(Omission::OtherType);
   if (value.GetValue().View() != oldValue) {
     kParseStandardUnit.Raise(path);
-    return false;
+    return refuse(Omission::OtherValue, value.GetValue());
   }
   value.SetValue(newValue);
   return true;
@@ -41,15 +56,25 @@ int VyrDrwParseStandard::ChangeStyleValue(const char* stylePath, const char* val
     return 0;
   }
   const int parent = GetParentStandardId();
-  if (!unit.Check(parent != 0, "no parent standard")) return 0;
+  if (!unit.Check(parent != 0, "no parent standard")) {
+    omissions_->Add(  // after the report of the identifier
+        {Omission::UnknownParent, Omission::ShippedCalloutsKept, {}, {}, parentStandard_}, 2);
+    return 0;
+  }
   if ((parent & standardsMask) == 0) return 1;
   const VyrAnnStandardXMLNode_var family(document_->GetNodeWithPath(stylePath));
-  if (!unit.CheckPointer(family.Get(), stylePath) ||
-      !unit.Check(family->GetNumOfNode() > 0, stylePath)) {
+  if (!unit.CheckPointer(family.Get(), stylePath)) {
+    omissions_->Add(FaultOf(Omission::Absent, stylePath, ""));
+    return 0;
+  }
+  if (!unit.Check(family->GetNumOfNode() > 0, stylePath)) {
+    omissions_->Add(FaultOf(Omission::Empty, stylePath, ""));
     return 0;
   }
   for (const VyrAnnStandardXMLNode_var& style : family->GetNodes()) {
-    if (!ChangeOneStyle(*style, valuePath, type, oldValue, newValue)) return 0;
+    if (!ChangeOneStyle(stylePath, *style, valuePath, type, oldValue, newValue, *omissions_)) {
+      return 0;
+    }
   }
   return 1;
 }

@@ -14,6 +14,11 @@ inline VyrAnnStandardXMLNode::Nodes StylesOf(VyrAnnStandardXMLParser& document,
   return node ? node->GetNodes() : VyrAnnStandardXMLNode::Nodes();
 }
 
+/// The path of a style whose family stands at the path `family`.
+inline std::string PathOfStyle(const std::string& family, const VyrAnnStandardXMLNode& style) {
+  return family + "." + style.GetNodeName().CString();
+}
+
 /// Text of the first value of the node at a path below `node`; empty when there is none.
 inline VyrUnicodeString ValueBelow(const VyrAnnStandardXMLNode& node, VyrUnicodeView path) {
   const VyrAnnStandardXMLNode_var found(node.GetNodeWithPath(path, 1));

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ConversionNotes.h"
+#include "UpgradeOmissions.h"
 #include "UpgradeStep.h"
 #include "Version0Groups.h"
 #include "VyrAnnStandardXMLParser.h"
@@ -15,6 +16,8 @@
 // Brings what was read to a format version and saves it.
 
 namespace {
+
+using Omission = VyrDrwUpgradeOmission;
 
 /// Versions below this have no document yet: it is composed from the parameters.
 constexpr int kFirstDocumentVersion = 1;
@@ -69,6 +72,7 @@ HRESULT VyrDrwParseStandard::Upgrade(int targetVersion, VyrDrwParseStandardUpgra
     });
   }
   problem_ = {};
+  omissions_->Clear();
   const auto upgrade = [&] {
     if (UpgradeVersion(targetVersion, options, afterStep)) {
       const VyrAnnStandardXMLNode_var dimension(document_->GetNodeWithPath("Root.Dimension"));
@@ -108,7 +112,9 @@ bool VyrDrwParseStandard::UpgradeVersion(int targetVersion,
     // Two independent gates: a target between two versions runs all steps up to it.
     const bool isWanted = targetVersion == kLatestVersion || targetVersion >= step.version;
     if (version_ >= step.sourceBelow || !isWanted) continue;
+    omissions_->BeginStep();
     (this->*step.operation)(step, options);
+    omissions_->EndStep();
     if (afterStep) afterStep(step.name, step.version, *document_);
   }
   return true;
@@ -124,7 +130,9 @@ bool VyrDrwParseStandard::IsAnsiOrAsme() const {
 
 /// Said wherever a step from 120 on makes a choice that depends on the parent standard.
 void VyrDrwParseStandard::ReportUnknownParent() const {
-  if (!IsIsoOrJis() && !IsAnsiOrAsme()) kParseStandardUnit.Raise("Unknown parent standard!");
+  if (IsIsoOrJis() || IsAnsiOrAsme()) return;
+  kParseStandardUnit.Raise("Unknown parent standard!");
+  omissions_->Add({Omission::UnknownParent, Omission::ParentContentKept, {}, {}, parentStandard_});
 }
 
 std::span<const VyrDrwParseStandard::UpgradeStep> VyrDrwParseStandard::UpgradeSteps() {

@@ -3,6 +3,7 @@
 
 #include "ConversionTables.h"
 #include "StyleWalk.h"
+#include "UpgradeOmissions.h"
 #include "UpgradeStep.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseStandard.h"
@@ -15,6 +16,7 @@ namespace {
 
 using Document = VyrAnnStandardXMLParser;
 using Node = VyrAnnStandardXMLNode;
+using Omission = VyrDrwUpgradeOmission;
 using Value = VyrAnnStandardXMLValue;
 using Standard = VyrDrwParseStandard;
 
@@ -50,10 +52,26 @@ constexpr VyrDrwParseStandardBomProperty kBomStyleColumns[] = {
     {"Nomenclature", "59.7", "4"}, {"Revision", "38.4", "5"},
 };
 
-std::string BlankingFrom(std::string_view oldValue) {
+/// The path of a style, by its family's name.
+std::string StylePath(const char* family, const Node& style) {
+  return PathOfStyle(std::string("Root.Styles.") + family, style);
+}
+
+/// The blanking of a style by its old value; null, reported, for another than there were.
+const char* BlankingFrom(std::string_view oldValue) {
   if (oldValue == "No") return "No";
-  if (oldValue != "Yes") kParseStandardUnit.Raise("Unknown old value");
-  return "AreaFill";
+  if (oldValue == "Yes") return "AreaFill";
+  kParseStandardUnit.Raise("Unknown old value");
+  return nullptr;
+}
+
+/// That a style's blanking was none of those that there were, or is not there.
+Omission OmissionOfBlanking(const BlankedFamily& blanked, const Node& style, bool hasNode,
+                            VyrUnicodeView oldValue) {
+  const std::string place = StylePath(blanked.family, style);
+  if (!hasNode) return {Omission::Missing, Omission::BlankingKept, place, blanked.node, {}};
+  return {oldValue.empty() ? Omission::Missing : Omission::OtherValue, Omission::BlankingAssumed,
+          place, std::string(blanked.node) + ".Blanking", oldValue};
 }
 
 /// How a coordinate dimension shows its value, instead of a mere switch for the unit.
@@ -69,21 +87,27 @@ void AddValueDisplayFormat(Node& style, const char* name) {
 
 /// Moves a value that a style holds under a node of its own below the style's "WholeTable". False,
 /// reported, when the style has none.
-bool MoveToWholeTable(Node& style, Node& wholeTable, const char* name) {
+bool MoveToWholeTable(Node& style, Node& wholeTable, const char* name,
+                      UpgradeOmissions& omissions) {
   const VyrAnnStandardXMLNode_var value(style.GetNodeByName(name));
-  if (!kParseStandardUnit.CheckPointer(value.Get(), "NULL node?")) return false;
+  if (!kParseStandardUnit.CheckPointer(value.Get(), "NULL node?")) {
+    omissions.Add({Omission::Missing, Omission::MarginsKept, StylePath("Table", style), name, {}});
+    return false;
+  }
   const VyrAnnStandardXMLNode_var moved(value->Clone());
   wholeTable.AddNode(moved.Get(), -1);
   style.DeleteNodeWithPath(name);
   return true;
 }
 
-/// The alignment of dimensions in a system, by the word that justified their text.
-std::string ConvertJustification(std::string_view justification) {
+/// The alignment of dimensions in a system, by the word that justified their text; null, reported,
+/// for another word.
+const char* ConvertJustification(std::string_view justification) {
   if (justification == "Left") return "ReferenceLine";
   if (justification == "Right") return "OppositeReferenceLine";
-  if (justification != "Center") kParseStandardUnit.Raise("Unknown value");
-  return "Center";
+  if (justification == "Center") return "Center";
+  kParseStandardUnit.Raise("Unknown value");
+  return nullptr;
 }
 
 }  // namespace
@@ -112,9 +136,15 @@ void VyrDrwParseStandard::Migrate15To16n201(const UpgradeStep&, Options&) {
   // read it so.
   for (const VyrAnnStandardXMLNode_var& style : StylesOf(*document_, "DimensionsSystem")) {
     const VyrUnicodeString oldValue = ValueBelow(*style, "AlignCumulated");
+    const char* alignment = ConvertJustification(oldValue.View());
+    if (alignment == nullptr) {
+      alignment = "Center";
+      omissions_->Add({oldValue.IsEmpty() ? Omission::Missing : Omission::OtherValue,
+                       Omission::AlignmentAssumed, StylePath("DimensionsSystem", *style),
+                       "AlignCumulated", oldValue});
+    }
     style->DeleteNodeWithPath("AlignCumulated");
-    style->AddNodeWithValue("AlignCumulated", Value::ValueEnum,
-                            ConvertJustification(oldValue.View()), "DimSysAlign", -1);
+    style->AddNodeWithValue("AlignCumulated", Value::ValueEnum, alignment, "DimSysAlign", -1);
   }
   RunTable(*document_, tables::to_080_roughness);
 }
@@ -157,7 +187,12 @@ void VyrDrwParseStandard::ConvertBlanking() {
     for (const VyrAnnStandardXMLNode_var& style : StylesOf(*document_, blanked.family)) {
       const VyrAnnStandardXMLNode_var node(style->GetNodeByName(blanked.node));
       const VyrUnicodeString oldValue = node ? ValueBelow(*node, "Blanking") : VyrUnicodeString();
-      const std::string newValue = BlankingFrom(oldValue.View());
+      const char* newValue = BlankingFrom(oldValue.View());
+      if (newValue == nullptr) {
+        newValue = "AreaFill";
+        omissions_->Add(
+            OmissionOfBlanking(blanked, *style, static_cast<bool>(node), oldValue.View()));
+      }
       if (!node) continue;
       node->DeleteNodeWithPath("Blanking");
       node->AddNodeWithValue("Blanking", Value::ValueEnum, newValue, "BlankProp", -1);
@@ -172,11 +207,19 @@ void VyrDrwParseStandard::RestructureTableStyles() {
   const VyrAnnStandardXMLNode_var family(document_->GetNodeWithPath("Root.Styles.Table"));
   if (!family) {
     unit.Raise("No Table styles node");
+    omissions_->Add({Omission::Absent, Omission::TablesKept, "Root.Styles.Table", {}, {}});
     return;
   }
   for (const VyrAnnStandardXMLNode_var& style : family->GetNodes()) {
     const VyrAnnStandardXMLNode_var cells(style->GetNodeByName("Cells"));
-    if (!unit.CheckPointer(cells.Get(), "Failed to find Cells node!")) continue;
+    const auto omit = [&](const char* name) {
+      omissions_->Add(
+          {Omission::Missing, Omission::CellsKept, StylePath("Table", *style), name, {}});
+    };
+    if (!unit.CheckPointer(cells.Get(), "Failed to find Cells node!")) {
+      omit("Cells");
+      continue;
+    }
     const VyrAnnStandardXMLNode_var cellStyles(new Node(Node::NodePlain, "CellStyles"));
     style->AddNode(cellStyles.Get(), -1);
     const VyrAnnStandardXMLNode_var wholeTable(cells->Clone());
@@ -184,11 +227,14 @@ void VyrDrwParseStandard::RestructureTableStyles() {
     wholeTable->SetNodeName("WholeTable");
     cellStyles->AddNode(wholeTable.Get(), -1);
     const VyrAnnStandardXMLNode_var created(style->GetNodeWithPath("CellStyles.WholeTable", 1));
-    if (!unit.CheckPointer(created.Get(), "Creation of .CellStyles.WholeTable failed!")) continue;
+    if (!unit.CheckPointer(created.Get(), "Creation of .CellStyles.WholeTable failed!")) {
+      omit("CellStyles.WholeTable");  // its own node of the name comes first
+      continue;
+    }
     style->DeleteNodeWithPath("Cells");
     // A style that lacks the first margin keeps the second one where it is.
-    static_cast<void>(MoveToWholeTable(*style, *created, "HorizontalMargin") &&
-                      MoveToWholeTable(*style, *created, "VerticalMargin"));
+    static_cast<void>(MoveToWholeTable(*style, *created, "HorizontalMargin", *omissions_) &&
+                      MoveToWholeTable(*style, *created, "VerticalMargin", *omissions_));
   }
 }
 
@@ -257,7 +303,11 @@ void VyrDrwParseStandard::Migrate18To20n208(const UpgradeStep& step, Options& op
   for (const char* family : {"ProjectionCallout", "SectionCallout"}) {
     for (const VyrAnnStandardXMLNode_var& style : StylesOf(*document_, family)) {
       const VyrAnnStandardXMLNode_var arrows(style->GetNodeByName("Arrows"));
-      if (!kParseStandardUnit.CheckPointer(arrows.Get())) continue;
+      if (!kParseStandardUnit.CheckPointer(arrows.Get())) {
+        omissions_->Add(
+            {Omission::Missing, Omission::ArrowsKept, StylePath(family, *style), "Arrows", {}});
+        continue;
+      }
       for (const CalloutArrow& arrow : kCalloutArrows) {
         arrows->AddNodeWithValue(arrow.node, arrow.type,
                                  IsIsoOrJis() ? arrow.forIsoAndJis : arrow.forOthers, {}, -1);

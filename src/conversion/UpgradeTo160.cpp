@@ -3,6 +3,7 @@
 
 #include "ConversionTables.h"
 #include "EngineeringSymbolSteps.h"
+#include "UpgradeOmissions.h"
 #include "UpgradeStep.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseStandard.h"
@@ -14,6 +15,7 @@
 namespace {
 
 using Document = VyrAnnStandardXMLParser;
+using Omission = VyrDrwUpgradeOmission;
 using Node = VyrAnnStandardXMLNode;
 using Value = VyrAnnStandardXMLValue;
 
@@ -68,24 +70,40 @@ void VyrDrwParseStandard::Migrate20To21n209(const UpgradeStep& step, Options& op
 
 /// The text style of view names: the default one, centred.
 void VyrDrwParseStandard::AddViewTextStyle() {
+  constexpr const char* texts = "Root.Styles.Text";
+  constexpr const char* viewText = "Root.Styles.Text.ViewText";
   const auto& unit = kParseStandardUnit;
-  const VyrAnnStandardXMLNode_var family(document_->GetNodeWithPath("Root.Styles.Text"));
-  if (!unit.CheckPointer(family.Get())) return;
+  const auto omit = [this](Omission::Fault fault, Omission::Work work, const char* place,
+                           const char* name) {
+    omissions_->Add({fault, work, place, name, {}});
+  };
+  const VyrAnnStandardXMLNode_var family(document_->GetNodeWithPath(texts));
+  if (!unit.CheckPointer(family.Get())) {
+    return omit(Omission::Absent, Omission::ViewTextLeftOut, texts, "");
+  }
   if (const VyrAnnStandardXMLNode_var present(family->GetNodeByName("ViewText")); present) {
     unit.Raise("there is already a ViewText style");
-    return;
+    return omit(Omission::Taken, Omission::ViewTextLeftOut, texts, "ViewText");
   }
   const VyrAnnStandardXMLNode_var byDefault(family->GetNodeByName("Default"));
-  if (!unit.CheckPointer(byDefault.Get())) return;
+  if (!unit.CheckPointer(byDefault.Get())) {
+    return omit(Omission::Missing, Omission::ViewTextLeftOut, texts, "Default");
+  }
   const VyrAnnStandardXMLNode_var style(byDefault->Clone());
   style->SetNodeName("ViewText");
   family->AddNode(style.Get(), -1);
-  const VyrAnnStandardXMLNode_var node(style->GetNodeWithPath("Text.Justification", 1));
-  if (!unit.CheckPointer(node.Get()) || !unit.Check(node->GetNumOfValue() == 1)) return;
+  constexpr const char* path = "Text.Justification";
+  const auto keep = [&](Omission::Fault fault) {
+    omit(fault, Omission::ViewTextNotCentred, viewText, path);
+  };
+  const VyrAnnStandardXMLNode_var node(style->GetNodeWithPath(path, 1));
+  if (!unit.CheckPointer(node.Get())) return keep(Omission::Missing);
+  if (!unit.Check(node->GetNumOfValue() == 1)) return keep(Omission::OtherShape);
   Value& justification = *node->GetValues().front();
   const bool isJustification = justification.GetType() == Value::ValueEnum &&
                                justification.GetValueName() == "TextJustification";
-  if (unit.Check(isJustification, "Text.Justification")) justification.SetValue("Center");
+  if (!unit.Check(isJustification, path)) return keep(Omission::OtherType);
+  justification.SetValue("Center");
 }
 
 /// Built node by node: the scale text holds the separator of path commands.
@@ -95,10 +113,15 @@ void VyrDrwParseStandard::AddViewNameSettings(const char* textStyle) {
     const bool isAnsi = parent == ANSI || parent == ASME;
     if (!isAnsi && parent != ISO && parent != JIS) {
       kParseStandardUnit.Raise("Unknown parent standard!");
+      omissions_->Add(  // after the report of the identifier
+          {Omission::UnknownParent, Omission::NameLeftOut, {}, setting.name, parentStandard_}, 2);
       return;
     }
     const VyrAnnStandardXMLNode_var node(document_->GetNodeWithPath(setting.parent));
-    if (!kParseStandardUnit.CheckPointer(node.Get())) return;
+    if (!kParseStandardUnit.CheckPointer(node.Get())) {
+      omissions_->Add({Omission::Absent, Omission::NameLeftOut, setting.parent, setting.name, {}});
+      return;
+    }
     node->AddNodeWithValue(setting.name, setting.type,
                            isAnsi ? setting.forAnsiAndAsme : setting.forIsoAndJis,
                            setting.enumeration, -1);

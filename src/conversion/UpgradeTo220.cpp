@@ -4,6 +4,7 @@
 #include "ConversionTables.h"
 #include "EngineeringSymbolSteps.h"
 #include "InstanceFields.h"
+#include "UpgradeOmissions.h"
 #include "UpgradeStep.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDrwParseStandard.h"
@@ -14,6 +15,7 @@
 namespace {
 
 using Node = VyrAnnStandardXMLNode;
+using Omission = VyrDrwUpgradeOmission;
 using Value = VyrAnnStandardXMLValue;
 
 constexpr const char* kViewColor = "Root.General.SheetColors.View.Color";
@@ -102,17 +104,22 @@ void VyrDrwParseStandard::Migrate420To29n421(const UpgradeStep& step, Options& o
 /// Moves the version that the document carries on from the step's source to the step's own.
 void VyrDrwParseStandard::StampVersion(const UpgradeStep& step) {
   const auto& unit = kParseStandardUnit;
+  const auto keep = [this](Omission::Fault fault, VyrUnicodeView found = {}) {
+    omissions_->Add({fault, Omission::VersionKept, "Root", "Version", found});
+  };
   const VyrAnnStandardXMLNode_var node(document_->GetNodeWithPath("Root.Version"));
-  if (!unit.CheckPointer(node.Get())) return;
+  if (!unit.CheckPointer(node.Get())) return keep(Omission::Missing);
   if (!unit.Check(node->GetNumOfNode() == 0 && node->GetNumOfValue() == 1,
                   "Version must hold one value")) {
-    return;
+    return keep(Omission::OtherShape);
   }
   Value& value = *node->GetValues().front();
-  if (!unit.Check(value.GetType() == Value::ValueInt, "Version must be an int") ||
-      !unit.Check(value.GetValue() == std::to_string(step.VersionBefore()),
+  if (!unit.Check(value.GetType() == Value::ValueInt, "Version must be an int")) {
+    return keep(Omission::OtherType);
+  }
+  if (!unit.Check(value.GetValue() == std::to_string(step.VersionBefore()),
                   "Version is not that of the step before")) {
-    return;
+    return keep(Omission::OtherValue, value.GetValue());
   }
   value.SetValue(std::to_string(step.version));
 }

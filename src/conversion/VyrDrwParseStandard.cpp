@@ -2,6 +2,7 @@
 
 #include "ConversionNotes.h"
 #include "LegacyTextReader.h"
+#include "UpgradeOmissions.h"
 #include "VyrAnnStandardXMLParser.h"
 #include "VyrDftStdPersistence.h"
 #include "VyrDrwParseParameter.h"
@@ -11,7 +12,8 @@
 
 // Reading a standard and telling what it is.
 
-VyrDrwParseStandard::VyrDrwParseStandard(const VyrUnicodeString& fileName) : fileName_(fileName) {}
+VyrDrwParseStandard::VyrDrwParseStandard(const VyrUnicodeString& fileName)
+    : fileName_(fileName), omissions_(std::make_unique<UpgradeOmissions>()) {}
 
 VyrDrwParseStandard::~VyrDrwParseStandard() = default;
 
@@ -40,6 +42,7 @@ HRESULT VyrDrwParseStandard::RefuseForMemory() {
   textFaults_.clear();
   numOfTextFaults_ = 0;
   notes_.clear();
+  omissions_->Clear();
   VyrSayOutOfMemory(problem_);
   return E_FAIL;
 }
@@ -116,6 +119,14 @@ int VyrDrwParseStandard::GetParentStandardId() const {
   if (parentStandard_ == "ANSI") return ANSI;
   kParseStandardUnit.Raise("Unknown parent standard!!");
   return 0;
+}
+
+const std::vector<VyrDrwUpgradeOmission>& VyrDrwParseStandard::GetUpgradeOmissions() const {
+  return omissions_->Get();
+}
+
+std::size_t VyrDrwParseStandard::GetNumOfUpgradeOmissions() const {
+  return omissions_->GetCount();
 }
 
 int VyrDrwParseStandard::GetCurrentVersion() {

@@ -268,7 +268,7 @@ TEST(Upgrade, WhatTheLibraryHadToGuessIsWarnedOf) {
             0);
   const ToolRun run = RunTool({"upgrade", file, "-o", folder / "new.xml"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_THAT(run.err, HasSubstr("warning: Migrate17To18n1X1: Unknown old value"));
+  EXPECT_THAT(run.err, HasSubstr("'Text.Blanking' of Text 'Default' is 'Sometimes'"));
 }
 
 TEST(Convert, StopsAtTheVersionThatIsAskedForAndMakesAShippedStandard) {

@@ -131,8 +131,8 @@ void RunOne(CommandPaths& paths, const Step& step, const Command& command, Liter
   const int result = paths.Run(command.verb, command.text);
   if (result == 0 && recorder.failedChecks.empty()) return;
   throw Failure{kInvalidInput, step.place, step.line,
-                "cannot be done (result " + std::to_string(result) + ")" +
-                    (recorder.failedChecks.empty() ? "" : ": " + recorder.failedChecks.front())};
+                "cannot be done (result " + std::to_string(result) +
+                    "); -v shows what the library reports of it"};
 }
 
 /// The name of every child, with its place where it is not the first of that name.

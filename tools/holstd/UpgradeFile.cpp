@@ -9,6 +9,7 @@
 #include "DatedBack.h"
 #include "InputFile.h"
 #include "MemoryShortage.h"
+#include "Omissions.h"
 #include "Reports.h"
 #include "Standard.h"
 #include "StandardFiles.h"
@@ -76,8 +77,7 @@ std::vector<UpgradeStep> RunChain(VyrDrwParseStandard& converter, const UpgradeM
   std::optional<StandardSnapshot> before;
   const bool wantsChanges = WantsChanges(manner, session);
   if (wantsChanges) before.emplace(converter.GetDocument());
-  const ReportRecorder recorder;
-  std::size_t reported = 0;
+  std::size_t told = 0;
   VyrDrwParseStandardUpgradeOptions upgrade = manner.chain.ForLibrary();
   const HRESULT result =
       converter.Upgrade(manner.chain.target, upgrade,
@@ -88,9 +88,9 @@ std::vector<UpgradeStep> RunChain(VyrDrwParseStandard& converter, const UpgradeM
                             steps.back().changes = before->ChangesTo(now);
                             before = std::move(now);
                           }
-                          WarnOfReports(session, file, name, recorder, reported);
-                          reported = recorder.failedChecks.size();
+                          told = WarnOfOmissions(converter, told, version, file, session);
                         });
+  WarnOfFurtherOmissions(converter, file, session);
   if (VyrSucceeded(result)) return steps;
   throw Failure{kInvalidInput, file, 0, "cannot be upgraded"};
 }

@@ -1,5 +1,7 @@
 #include "UpgradeOptions.h"
 
+#include "Failure.h"
+#include "Reports.h"
 #include "VyrAnnStandardXMLParser.h"
 
 VyrDrwParseStandardUpgradeOptions UpgradeOptions::ForLibrary() const {
@@ -16,13 +18,6 @@ void AddUpgradeOptions(Arguments& command, UpgradeOptions& options) {
       .Within(1, current);
   command.AddFlag("--shipped", options.isShipped,
                   "Treat as a shipped standard: old shipped values become the new ones");
-}
-
-void WarnOfReports(const Session& session, const std::string& file, const std::string& step,
-                   const ReportRecorder& recorder, std::size_t from) {
-  for (std::size_t i = from; i < recorder.failedChecks.size(); ++i) {
-    session.Warn(file, step + ": " + recorder.failedChecks[i]);
-  }
 }
 
 VyrUnicodeString TextOf(VyrDrwParseStandard& converter, const std::string& file) {

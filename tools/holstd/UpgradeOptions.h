@@ -3,8 +3,6 @@
 #include <string>
 
 #include "Arguments.h"
-#include "Reports.h"
-#include "Session.h"
 #include "VyrDrwParseStandard.h"
 
 /// How far a standard is brought up, and as whose.
@@ -17,11 +15,6 @@ struct UpgradeOptions {
 
 /// --to VERSION and --shipped.
 void AddUpgradeOptions(Arguments& command, UpgradeOptions& options);
-
-/// Warns of what the library met while it changed a standard: it goes on where a person may want to
-/// look.
-void WarnOfReports(const Session& session, const std::string& file, const std::string& step,
-                   const ReportRecorder& recorder, std::size_t from);
 
 /// What a converter holds as XML. Throws `Failure`; `file` is what it speaks of.
 VyrUnicodeString TextOf(VyrDrwParseStandard& converter, const std::string& file);
