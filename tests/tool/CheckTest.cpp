@@ -127,6 +127,9 @@ const std::vector<Damage>& Damages() {
   static const std::vector<Damage> damages = {
       {"1189", "wide", "the sheet format 'A0 ISO' has the Width 'wide'; it would be a number",
        "wide"},
+      {"1189", "nan", "the sheet format 'A0 ISO' has the Width 'nan'; it would be a number", "nan"},
+      {"841", "inf", "the sheet format 'A0 ISO' has the Height 'inf'; it would be a number", "inf"},
+      {">0.5<", ">-Infinity<", "the sheet style 'Large' has the GlobalScale '-Infinity'", kLarge},
       {"<std:floatval name=\"Height\">210.0</std:floatval>", "",
        "the sheet format 'Strip' has 3 values; it would have 4", "Strip"},
       {"enumval name=\"FormatOrientationType\">PortraitOnly</std:enumval>",

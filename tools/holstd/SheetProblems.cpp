@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -47,11 +48,13 @@ std::string Choice(Words words) {
   return choice;
 }
 
+/// Not so "nan" and "inf", which no drawing can use.
 bool BeginsWithNumber(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
   if (text.starts_with('+')) text.remove_prefix(1);
   double number = 0;
-  return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && std::isfinite(number);
 }
 
 /// The node's own first value, or that of a field wrapped in a child.
