@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "ToolRun.h"
 
 using testing::HasSubstr;
@@ -208,4 +210,50 @@ TEST_F(EditEntries, EveryPathThatTreesAndDifferencesPrintIsReadBack) {
     EXPECT_EQ(ParsedJson(RunTool({"explain", "--json", output, path}))[0]["path"], path);
     EXPECT_THAT(RunTool({"tree", output, path}).out, HasSubstr("int 4"));
   }
+}
+
+TEST_F(EditEntries, PlacesAndNamesFollowWhatCommandsBeforeHaveDone) {
+  // What the list holds is told beside it, with the simplest means.
+  std::vector<std::string> expected = {"Box", "Round one", "v1.2: old"};
+  std::vector<std::string> commands;
+  const auto append = [&](const std::string& name) {
+    commands.push_back("instance Root.Frames:FrameDef");
+    commands.push_back("field Root.Frames.FrameDef:Name:string:" + name);
+    expected.push_back(name);
+  };
+  const auto erase = [&](std::size_t place) {
+    commands.push_back("delete Root.Frames.FrameDef[" + std::to_string(place) + "]");
+    expected.erase(expected.begin() + static_cast<long>(place) - 1);
+  };
+  const auto rename = [&](std::size_t place, const std::string& name) {
+    commands.push_back("change Root.Frames.FrameDef[" + std::to_string(place) + "].Name:" + name);
+    expected[place - 1] = name;
+  };
+  rename(2, "second");
+  for (int i = 0; i < 20; ++i) append("f" + std::to_string(i));
+  erase(3);
+  erase(expected.size());
+  rename(expected.size(), "end");
+  erase(7);
+  erase(7);
+  commands.push_back("delete Root.Frames.FrameDef");
+  expected.erase(expected.begin());
+  rename(7, "seventh");
+  commands.push_back("instance Root.Frames:FrameDef:3");
+  commands.push_back("value Root.Frames.FrameDef[3]:Name:string:inserted");
+  expected.insert(expected.begin() + 2, "inserted");
+  rename(4, "fourth");
+  commands.push_back("delete Root.Frames.FrameDef[seventh]");
+  std::erase(expected, "seventh");
+  append("last");
+  rename(expected.size(), "very last");
+  erase(1);
+  commands.push_back("change Root.Frames.FrameDef[f12].Name:twelve");
+  std::replace(expected.begin(), expected.end(), std::string("f12"), std::string("twelve"));
+
+  const ToolRun run = Run(commands);
+  ASSERT_EQ(run.status, 0) << run.err;
+  std::string lines;
+  for (const std::string& name : expected) lines += name + "\n";
+  EXPECT_EQ(RunTool({"get", output, "Frames.FrameDef.Name", "--all"}).out, lines);
 }
