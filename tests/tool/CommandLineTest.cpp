@@ -17,7 +17,8 @@ TEST(CommandLine, WhatItDoesNotUnderstandIsUsage) {
       {{"info"}, "FILE"},
       {{"info", ""}, "file name"},
       {{"get", file}, "PATH"},
-      {{"get", file, "A", "B"}, "B"},
+      {{"get", file, "", "A"}, "file name"},
+      {{"get", "-", "-", "A"}, "standard input"},
       {{"get", file, "A", "--index", "0"}, "--index"},
       {{"get", file, "A", "--index", "-1"}, "--index"},
       {{"get", file, "A", "--index", "one"}, "--index"},
@@ -257,8 +258,8 @@ TEST(CommandLine, WhatCannotBeReadIsStatus3WithFileAndLine) {
              {"styles", file},
              {"edit", file, "-c", "node Root:A", "-o", folder / "out.xml"}}) {
       // These take all standards of a folder.
-      const bool takesFolders =
-          arguments[0] == "info" || arguments[0] == "check" || arguments[0] == "edit";
+      const bool takesFolders = arguments[0] == "info" || arguments[0] == "get" ||
+                                arguments[0] == "check" || arguments[0] == "edit";
       if (takesFolders && part == "folder") continue;
       SCOPED_TRACE(testing::PrintToString(arguments));
       const ToolRun run = RunTool(arguments);

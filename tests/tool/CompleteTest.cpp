@@ -137,6 +137,7 @@ TEST(Complete, OffersFilesWhereAFileIsMeant) {
 TEST(Complete, OffersThePathsOfTheFileThatTheLineNames) {
   EXPECT_THAT(Offered({"get", kIso, "Dim"}), ElementsAre("Dimension."));
   EXPECT_THAT(Offered({"get", kIso, "Dimension.DIMLT"}), Contains("Dimension.DIMLTail"));
+  EXPECT_THAT(Offered({"get", kIso, kIso, "Dimension.DIMLT"}), Contains("Dimension.DIMLTail"));
   EXPECT_THAT(Offered({"get", kIso, "Dimension.DIMLT"}), Each(StartsWith("Dimension.DIMLT")));
   EXPECT_THAT(Offered({"tree", kIso, "Enum.Yes"}), ElementsAre("Enum.YesNo"));
   EXPECT_THAT(Offered({"tree", kIso, "Root.Dimension.DIMLTai"}),

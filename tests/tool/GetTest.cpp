@@ -67,9 +67,11 @@ TEST(Get, WhatIsNotThereIsANegativeAnswer) {
        "input: two dots follow each other; did you mean 'Dimension.DIMLTail'?"},
       {".Dimension", "input: the path begins with a dot; did you mean 'Dimension'?"},
       {"Root..Dimension", "input: two dots follow each other; "},
-      {"Frames.FrameDef[2].Name",
-       "queries take no places in brackets, see 'holstd get FILE Frames.FrameDef.Name --all'"},
-      {"Root.Frames.FrameDef[2].Name", "'holstd get FILE Frames.FrameDef.Name --all'"},
+      {"Frames.FrameDef[3].Name", "of 'FrameDef' there are 2"},
+      {"Root.Frames.FrameDef[3].Name", "of 'FrameDef' there are 2"},
+      {"Frames[2].FrameDef", "of 'Frames' there is 1"},
+      {"Frames.FrameDef[Bix].Name", "did you mean 'FrameDef[Box]'?"},
+      {"Dimension[1]", "has no value of its own but 4 nodes"},
       {"Dimension.'A'", "no query finds a name with an apostrophe"},
       {"x']|//*[@name='Ink", "no query finds a name with an apostrophe"},
       {"", "no value"},
@@ -127,6 +129,58 @@ TEST(Get, TheMatchesAreThoseOfAllNodesOfEveryNameInTheOrderOfTheFile) {
   EXPECT_EQ(GetOf(RepeatedNames(), "Group.Entry", {"--all"}).out, "a\nb\nf\n");
   EXPECT_EQ(GetOf(SampleStandard(), "Sizes", {"--all"}).out, "2.5\n");
   EXPECT_EQ(GetOf(SampleStandard(), "Frames.FrameDef.Type", {"--all"}).out, "21\n3\n");
+}
+
+TEST(Get, APlaceInBracketsIsToldAsTheFileHoldsIt) {
+  struct Case {
+    std::string path;
+    std::vector<std::string> more;
+    std::string out;
+  };
+  const std::vector<Case> cases = {
+      {"Frames.FrameDef[2].Type", {}, "3\n"},
+      {"FrameDef[2].Type", {}, "3\n"},
+      {"Root.Frames.FrameDef[2].Type", {}, "3\n"},
+      {"Frames.FrameDef[Box].Type", {}, "21\n"},
+      {"Frames.FrameDef[Box].Type", {"--all"}, "21\n"},
+      {"Frames.FrameDef[Box]", {}, "Box\n"},
+      {"Sizes[1]", {"--type"}, "float 2\n"},
+      {"Dimension[1].Blanking", {"--type"}, "enum YesNo 1\n"},
+      {"Dimension[1].DIMLTail", {}, "2.0\n"},
+  };
+  for (const auto& [path, more, out] : cases) {
+    SCOPED_TRACE(path);
+    const ToolRun run = GetOf(SampleStandard(), path, more);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, out);
+    EXPECT_EQ(run.err, "");
+  }
+  const std::string repeated = RepeatedNames();
+  EXPECT_EQ(GetOf(repeated, "Group[3].Entry.X", {"--all"}).out, "d\\ne\nf\n");
+  EXPECT_EQ(GetOf(repeated, "Group[3].Entry[2].X", {}).out, "f\n");
+  EXPECT_EQ(GetOf(repeated, "Group[1].Entry.X", {"--index", "3"}).out, "c\n");
+  EXPECT_EQ(GetOf(repeated, "Group[1].Entry.X", {"--type"}).out, "string 3\n");
+  ExpectFailure(GetOf(repeated, "Group[1].Entry.X", {"--index", "4"}), 1, {"finds 3 elements"});
+  ExpectFailure(GetOf(SampleStandard(), "Frames.FrameDef[2]", {"--type"}), 1,
+                {"mixed types: int, string"});
+  // What the application would read as 12.0.
+  const std::string comma =
+      Document(Parameter("A", "floatval minval=\"0\"", "12,5") + Parameter("A", "strval", ""));
+  EXPECT_EQ(GetOf(comma, "A[1]", {}).out, "12,5\n");
+  EXPECT_EQ(ParsedJson(GetOf(comma, "A[1]", {"--json"})), nlohmann::json({{"file", "-"},
+                                                                          {"path", "A[1]"},
+                                                                          {"type", "float"},
+                                                                          {"value", "12,5"},
+                                                                          {"minimum", "0"}}));
+  ExpectFailure(GetOf(comma, "A[2]", {}), 1, {"'A[2]' is empty"});
+}
+
+TEST(Get, ANameThatIsWrittenWithItsBracketsComesFirst) {
+  const std::string text =
+      Document(Parameter("A", "floatval", "1") + Parameter("A", "floatval", "2") +
+               Parameter("A[2]", "floatval", "3"));
+  EXPECT_EQ(GetOf(text, "A[2]", {}).out, "3.0\n");
+  EXPECT_EQ(GetOf(text, "A[1]", {}).out, "1\n");
 }
 
 TEST(Get, ANodeAndTheValueOfItsNameInsideBothMatch) {

@@ -59,6 +59,70 @@ TEST_F(SeveralStandards, OfAFolderAreCheckedAndTold) {
   EXPECT_EQ(ParsedJson(RunTool({"info", sites, "--json"})).size(), 2u);
 }
 
+TEST_F(SeveralStandards, AreAskedForAPathEachForItself) {
+  const std::string a = sites + "/a.xml";
+  const std::string b = sites + "/b.xml";
+  EXPECT_EQ(RunTool({"get", a, "Sizes"}).out, "2.5\n");
+  for (const auto& files : std::vector<std::vector<std::string>>{{a, b}, {sites}}) {
+    std::vector<std::string> command = {"get"};
+    command.insert(command.end(), files.begin(), files.end());
+    command.emplace_back("Frames.FrameDef.Type");
+    EXPECT_EQ(RunTool(command).out, a + ":21\n" + b + ":21\n");
+    command.emplace_back("--all");
+    EXPECT_EQ(RunTool(command).out, a + ":21\n" + a + ":3\n" + b + ":21\n" + b + ":3\n");
+    command.back() = "--type";
+    EXPECT_EQ(RunTool(command).out, a + ":int 2\n" + b + ":int 2\n");
+  }
+  EXPECT_EQ(RunTool({"get", "-", a, "Version"}, {.input = SampleStandard()}).out,
+            "standard input:220\n" + a + ":220\n");
+  EXPECT_EQ(RunTool({"get", a, b, "Frames.FrameDef[2].Type"}).out, a + ":3\n" + b + ":3\n");
+}
+
+TEST_F(SeveralStandards, OneThatHasNoAnswerTakesItFromNoOther) {
+  const std::string a = sites + "/a.xml";
+  const std::string b = sites + "/b.xml";
+  const std::string bare = folder.Write("bare.xml", Document(""));
+  const std::string broken = folder.Write("broken.xml", "<");
+  const ToolRun none = RunTool({"get", bare, a, "Version"});
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.out, a + ":220\n");
+  EXPECT_THAT(none.err, HasSubstr(bare + ": "));
+  const ToolRun worst = RunTool({"get", broken, bare, a, "nosuch", b, "Version"});
+  EXPECT_EQ(worst.status, 3);
+  EXPECT_EQ(worst.out, a + ":220\n" + b + ":220\n");
+  EXPECT_THAT(worst.err, HasSubstr("nosuch: there is no such file"));
+}
+
+TEST_F(SeveralStandards, AreAskedInJsonWithAnObjectForEachThatHasAnAnswer) {
+  using nlohmann::json;
+  const std::string a = sites + "/a.xml";
+  const std::string bare = folder.Write("bare.xml", Document(""));
+  const json type = {{"type", "int"}, {"value", "21"}};
+  json one = type;
+  one.update({{"file", a}, {"path", "Frames.FrameDef.Type"}});
+  const auto answer = [&](const std::string& option) {
+    return ParsedJson(RunTool({"get", a, bare, "Frames.FrameDef.Type", "--json", option}));
+  };
+  EXPECT_EQ(answer("-v"), json::array({one}));
+  EXPECT_EQ(answer("--all"),
+            json::array({{{"file", a},
+                          {"path", "Frames.FrameDef.Type"},
+                          {"values", {type, {{"type", "int"}, {"value", "3"}}}}}}));
+  EXPECT_EQ(answer("--type")[0]["count"], 2);
+  EXPECT_EQ(ParsedJson(RunTool({"get", bare, bare, "A", "--json"})), json::array());
+}
+
+TEST_F(SeveralStandards, ANameIsAskedAlsoWhereAFolderIsCalledSo) {
+  const std::string named = folder.Write("Mine.xml", SampleStandard());
+  std::filesystem::create_directory(folder / "Mine");
+  const ToolSurroundings own = {.environment = {{"VYR_STANDARD_PATH", folder.Path().string()}}};
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.Path());
+  const ToolRun run = RunTool({"get", "Mine", "Version"}, own);
+  std::filesystem::current_path(before);
+  EXPECT_EQ(run.out, "220\n") << run.err;
+}
+
 TEST_F(SeveralStandards, AreReadByTheirNames) {
   const std::string file = HOL_STANDARDS "/ISO.xml";
   const std::vector<std::vector<std::string>> commands = {{"get", "ISO", "Dimension.DIMLTail"},

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <limits>
+#include <utility>
 
 #include "VyrFiles.h"
 
@@ -16,6 +17,9 @@ std::string MakeNative(std::string& path) {
   path = VyrNativePath(path);
   return {};
 }
+
+constexpr const char* kFilesText =
+    "XML standards, folders of such, names as 'holstd standards' lists them, - for standard input";
 
 template <class Value>
 Argument Add(CLI::App& command, const char* name, Value& value, const char* type,
@@ -64,11 +68,27 @@ Argument Arguments::AddFile(std::string& file) {
 }
 
 Argument Arguments::AddFiles(std::vector<std::string>& files) {
-  return AddWords("FILE", files,
-                  "XML standards, folders of such, names as 'holstd standards' lists them, - for "
-                  "standard input")
-      .Required()
-      .TakesPath();
+  return AddWords("FILE", files, kFilesText).Required().TakesPath();
+}
+
+// The library gives all words to the first that takes many; the last is handed on from there,
+// before the library looks whether the path is missing.
+void Arguments::AddFilesAndPath(std::vector<std::string>& files, std::string& path,
+                                const std::string& description) {
+  const auto take = [&files, &command = command_](std::vector<std::string> words) {
+    if (words.size() > 1) {
+      command.get_option("PATH")->add_result(words.back());
+      words.pop_back();
+    }
+    for (std::string& word : words) {
+      const std::string problem = MakeNative(word);
+      if (!problem.empty()) throw CLI::ValidationError("FILE", problem);
+    }
+    files = std::move(words);
+  };
+  const std::function<void(const std::vector<std::string>&)> taking = take;
+  command_.add_option_function("FILE", taking, kFilesText)->type_name("")->required();
+  AddWord("PATH", path, description).Required();
 }
 
 Argument Arguments::AddOutput(std::string& output) {

@@ -46,6 +46,9 @@ class Arguments {
   Argument AddFile(std::string& file);
   /// FILE..., the same and folders.
   Argument AddFiles(std::vector<std::string>& files);
+  /// FILE... PATH: the last word is the path.
+  void AddFilesAndPath(std::vector<std::string>& files, std::string& path,
+                       const std::string& description);
   /// -o FILE
   Argument AddOutput(std::string& output);
   /// --json

@@ -233,7 +233,8 @@ void OfferOptions(const Line& line, Offers& offers) {
 const ArgumentDescription* WordAtPlace(const Line& line) {
   const ArgumentDescriptions& words = line.command->words;
   if (line.words.size() < words.size()) return &words[line.words.size()];
-  return !words.empty() && words.back().isRepeated ? &words.back() : nullptr;
+  const auto isRepeated = [](const ArgumentDescription& word) { return word.isRepeated; };
+  return std::any_of(words.begin(), words.end(), isRepeated) ? &words.back() : nullptr;
 }
 
 void Offer(const Line& line, const std::vector<Command>& commands, Offers& offers) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -8,6 +9,8 @@
 #include "Arguments.h"
 #include "FileProblem.h"
 #include "Format.h"
+#include "GetAnswers.h"
+#include "HeldValues.h"
 #include "NumberTexts.h"
 #include "OpenStandard.h"
 #include "PathMatches.h"
@@ -16,40 +19,31 @@
 #include "StandardFiles.h"
 #include "Subcommands.h"
 #include "ToldValues.h"
+#include "UpgradeInputs.h"
 
 namespace {
 
-struct Options {
-  std::string file;
-  std::string path;
-  long index = 1;
-  bool all = false;
-  bool type = false;
-  bool json = false;
-};
+using Options = GetOptions;
+using Answers = GetAnswers;
 
-/// What is asked for, and where the answers come from.
+/// What is asked for, and where the answers come from and go to.
 struct Query {
   const Options& options;
+  const std::string& file;
   OpenStandard& standard;
   const PathMatches& matches;
   Session& session;
+  Answers& answers;
 };
 
 Failure Negative(const Query& query, const std::string& text) {
-  return {kNegativeAnswer, query.options.file, 0, text};
+  return {kNegativeAnswer, query.file, 0, text};
 }
 
 /// Says which name of a path that finds nothing is the first that leads nowhere.
 std::string NotFound(const std::string& path, OpenStandard& standard) {
-  VyrIDrwStandard& told = standard.Told();
   const bool hasTree = path.starts_with("Root.") && !path.starts_with("Root..");
   const std::string inner = hasTree ? path.substr(5) : path;
-  const std::string plain = WithoutPlaces(inner);
-  if (plain != inner && told.HasNode(plain.c_str()) != 0) {
-    return "there is no " + Quoted(path) +
-           "; queries take no places in brackets, see 'holstd get FILE " + plain + " --all'";
-  }
   if (hasTree) {
     return "there is no " + Quoted(path) + "; a path to get begins below Root, as in " +
            Quoted(inner);
@@ -60,7 +54,7 @@ std::string NotFound(const std::string& path, OpenStandard& standard) {
   PathCorrection correction = CorrectQuery(StandardItems(standard.Read().document), path);
   if (!correction.isNeeded) return "there is no " + Quoted(path);
   // The file may have names that its reader passes over, and the other way round.
-  if (told.HasNode(correction.path.c_str()) == 0) correction.path.clear();
+  if (standard.Told().HasNode(correction.path.c_str()) == 0) correction.path.clear();
   return correction.Message("below", "'holstd tree' shows what there is");
 }
 
@@ -77,7 +71,7 @@ std::string NotTold(const Query& query, std::size_t index) {
   if (value.type.empty()) {
     const auto nodes = static_cast<long>(query.matches.ContentTypes(index).size());
     return Quoted(path) + " has no value of its own but " + Counted(nodes, "node") +
-           "; name one of them, see " + Quoted("holstd tree " + query.options.file + " " + path);
+           "; name one of them, see " + Quoted("holstd tree " + query.file + " " + path);
   }
   if (value.text.empty()) return Quoted(path) + " is empty, so that there is nothing to tell";
   const std::string refused =
@@ -111,24 +105,19 @@ std::string WarningOf(const Query& query, std::size_t index, const FileValue& va
 
 ExitStatus PrintOne(const Query& query) {
   const Options& options = query.options;
-  const auto count = static_cast<long>(query.matches.Count());
-  if (options.index > count) {
-    throw Negative(query, Quoted(options.path) + " finds " + Counted(count, "element") +
-                              "; there is no " + std::to_string(options.index) + " among them");
-  }
-  const auto index = static_cast<std::size_t>(options.index - 1);
+  const std::size_t index = IndexAmong(query.matches.Count(), options, query.file);
   const auto told = ToldValues(query.standard.Told(), query.matches, options.path).At(index);
   if (!told) throw Negative(query, NotTold(query, index));
   const FileValue value = query.matches.ValueAt(index);
   if (options.json) {
-    Json object = {{"file", options.file}, {"path", options.path}};
-    AddValue(object, value, *told);
-    query.session.Print(JsonText(object));
+    Json members = Json::object();
+    AddValue(members, value, *told);
+    query.answers.Add(query.file, members);
   } else {
-    query.session.Print(Printable(*told) + "\n");
+    query.answers.PrintLine(query.file, Printable(*told));
   }
   const std::string warning = WarningOf(query, index, value, *told);
-  if (!warning.empty()) query.session.Warn(options.file, warning);
+  if (!warning.empty()) query.session.Warn(query.file, warning);
   return kDone;
 }
 
@@ -149,13 +138,12 @@ class AllValues {
     }
   }
 
-  ExitStatus End() const {
-    const Options& options = query_.options;
+  ExitStatus End() {
     if (told_ == 0 && refusals_.AreNone()) throw Negative(query_, NotTold(query_, 0));
-    if (told_ > 0 && options.json) query_.session.Print(JsonText(list_));
-    warnings_.WarnOf(options.file, query_.session);
+    if (told_ > 0 && query_.options.json) query_.answers.AddList(query_.file, std::move(list_));
+    warnings_.WarnOf(query_.file, query_.session);
     // What could be told was; that something is missing must not pass for a whole answer.
-    refusals_.ComplainOf(options.file, query_.session);
+    refusals_.ComplainOf(query_.file, query_.session);
     return refusals_.AreNone() ? kDone : kNegativeAnswer;
   }
 
@@ -164,7 +152,7 @@ class AllValues {
     if (query_.options.json) {
       AddValue(list_.emplace_back(Json::object()), value, told);
     } else {
-      query_.session.Print(Printable(told) + "\n");
+      query_.answers.PrintLine(query_.file, Printable(told));
     }
   }
 
@@ -245,36 +233,59 @@ ExitStatus PrintType(const Query& query) {
   const auto [value, count] = TypeOf(query);
   const std::string label = value.type == "enum" ? " " + Printable(value.label) : "";
   if (!query.options.json) {
-    query.session.Print(value.type + label + " " + std::to_string(count) + "\n");
+    query.answers.PrintLine(query.file, value.type + label + " " + std::to_string(count));
     return kDone;
   }
-  Json object = {{"file", query.options.file}, {"path", query.options.path}};
-  AddType(object, value);
-  object["count"] = count;
-  query.session.Print(JsonText(object));
+  Json members = Json::object();
+  AddType(members, value);
+  members["count"] = count;
+  query.answers.Add(query.file, members);
   return kDone;
 }
 
-ExitStatus PrintValues(const Options& options, Session& session) {
-  OpenStandard standard(options.file);
+ExitStatus PrintValuesOf(const std::string& file, const Options& options, Session& session,
+                         Answers& answers) {
+  OpenStandard standard(file);
   standard.ForgetRead();
   const UnshownReports unshown;
   std::optional<PathMatches> matches(std::in_place, standard.Input(), options.path);
   if (matches->Count() == 0) {
     matches.reset();  // the standard is read once more, to tell what there is
-    throw Failure{kNegativeAnswer, options.file, 0, NotFound(options.path, standard)};
+    const bool hasPlaces = WithoutPlaces(options.path) != options.path;
+    if (hasPlaces) return PrintHeldValues(options, standard.Read(), answers);
+    throw Failure{kNegativeAnswer, file, 0, NotFound(options.path, standard)};
   }
-  const Query query = {options, standard, *matches, session};
+  const Query query = {options, file, standard, *matches, session, answers};
   return (options.type ? PrintType : options.all ? PrintAll : PrintOne)(query);
+}
+
+ExitStatus PrintValues(const Options& options, Session& session) {
+  Answers answers(options, session);
+  const ExitStatus status =
+      ForEachStandard(session, options.files, [&](const std::string& argument) {
+        return PrintValuesOf(FileOrStandard(argument).file, options, session, answers);
+      });
+  if (options.json) answers.EndJson();
+  return status;
+}
+
+/// The name of a standard leads to it also where a folder is called so: a query is no reason to
+/// look at what happens to lie in the working folder.
+void PreferNames(std::vector<std::string>& arguments) {
+  for (std::string& argument : arguments) {
+    std::error_code error;
+    if (!std::filesystem::is_directory(argument, error)) continue;
+    const StandardFile found = FileOrStandard(argument);
+    if (found.isNamed) argument = found.file;
+  }
 }
 
 }  // namespace
 
 Action Get::Register(Arguments& command) {
   auto options = std::make_shared<Options>();
-  command.AddFile(options->file);
-  command.AddWord("PATH", options->path, "Names joined by dots, each at any depth below the last")
-      .Required();
+  command.AddFilesAndPath(options->files, options->path,
+                          "Names joined by dots, each at any depth below the last");
   Argument index =
       command.AddOption("--index", options->index, "N", "Print the N-th value instead of the first")
           .Within(1, std::numeric_limits<long>::max());
@@ -289,14 +300,19 @@ Action Get::Register(Arguments& command) {
        "holstd get ISO.xml General.AllowedTextFontSizes --type",
        "holstd get ISO.xml SheetFormat.Name --all",
        "holstd get ISO.xml ToleranceFormats.ToleranceDisplay.Name --index 3",
-       "holstd get --json - Dimension.DIMLTail < ISO.xml"},
+       "holstd get ISO.xml 'SheetFormat.Formats[A1 ISO].Width'",
+       "holstd get --json - Dimension.DIMLTail < ISO.xml",
+       "holstd get site/*.xml ISO Dimension.DIMLTail"},
       "Answers what the application is told. A path finds every element of its last name,\n"
       "in the order of the file: nodes, and values that carry the name themselves. Of a "
       "node\nthe first value is told, and the type is that of all values of the first "
       "node.\nA line break inside a value is shown as \\n, and what a terminal would obey as "
-      "an\nescape of that kind; --json has the text as it is.");
+      "an\nescape of that kind; --json has the text as it is.\nThe last argument is the path. Of "
+      "several files, or of a folder, each line has its\nfile before it, as in ISO.xml:2.0.\n"
+      "Brackets mean an entry by its place or its Name, as 'holstd tree' and 'holstd explain'\n"
+      "have it. The application cannot ask so: what is told is what the file holds there.");
   return [options](Session& session) {
-    options->file = FileOrStandard(options->file).file;
+    PreferNames(options->files);
     return PrintValues(*options, session);
   };
 }
