@@ -46,7 +46,8 @@ class Deletions {
 
   void Delete(std::string_view path) {
     const std::size_t dot = path.rfind('.');
-    if (dot == std::string_view::npos) {
+    // To the document "Root." is the top, and "Root..A" is no child of it.
+    if (dot == std::string_view::npos || path.substr(0, dot).ends_with('.')) {
       Forget();
       document_.DeleteNodeWithPath(path);
       return;

@@ -377,12 +377,12 @@ TEST(InjectedFaults, FileWithATimeOfItsOwnOverAnOldFile) {
                            Thoroughness::OneError);
 }
 
-#ifdef HOL_TOOL
+#ifdef HOL_HAS_TOOL
 TEST(InjectedFaults, ToolThatConvertsOverAnOldFile) {
   const Save save = [](const std::string& path, const Faults& faults) {
-    return RunProcess(
-        {HOL_TOOL, "convert", ShippedStandard("legacy/ISO.txt"), "-o", path, "--shipped", "-q"},
-        faults);
+    return RunProcess({BuiltProgram("holstd"), "convert", ShippedStandard("legacy/ISO.txt"), "-o",
+                       path, "--shipped", "-q"},
+                      faults);
   };
   ExpectEveryFaultSurvived(SaveScene::OldFile, save, Thoroughness::OneError);
 }

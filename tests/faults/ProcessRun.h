@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "BuiltProgram.h"
 #include "TemporaryFolder.h"
 
 /// What a process left behind.
@@ -130,7 +131,7 @@ inline ProcessRun RunProcess(std::vector<std::string> command, const Faults& fau
 inline std::vector<std::string> SaveCommand(const std::string& how, const std::string& source,
                                             const std::string& target,
                                             const std::vector<std::string>& options = {}) {
-  std::vector<std::string> command = {HOL_SAVE_PROCESS};
+  std::vector<std::string> command = {BuiltProgram("hol_save_process")};
   command.insert(command.end(), options.begin(), options.end());
   command.insert(command.end(), {how, source, target});
   return command;

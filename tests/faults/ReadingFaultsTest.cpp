@@ -83,15 +83,16 @@ TEST_P(ShrinkingFile, IsNoStandard) {
   ExpectRefused("read:1:short,read:2:short,read:3:nothing");
 }
 
-#ifdef HOL_TOOL
+#ifdef HOL_HAS_TOOL
 TEST(ReadingFaultsOfTheTool, AreToldAndNothingIsSaved) {
   const TemporaryFolder from;
   const TemporaryFolder to;
   const std::string source = from.Write("source.xml", kNewContent);
   const std::string target = to.Write("target.xml", kOldContent);
   for (const std::string fault : {"read:1:", "read:1:short,read:2:"}) {
-    const ProcessRun run = RunProcess({HOL_TOOL, "upgrade", source, "-o", target, "-q"},
-                                      {from.Path(), fault + Error(EIO)});
+    const ProcessRun run =
+        RunProcess({BuiltProgram("holstd"), "upgrade", source, "-o", target, "-q"},
+                   {from.Path(), fault + Error(EIO)});
     EXPECT_EQ(run.status, kNotRead) << fault;
     EXPECT_THAT(run.message, testing::HasSubstr(source)) << fault;
     EXPECT_THAT(run.message, testing::HasSubstr(TextOf(EIO))) << fault;

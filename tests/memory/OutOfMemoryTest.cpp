@@ -358,7 +358,7 @@ TEST(OutOfMemory, StandardIsUpgradedOrTheOldFileKept) {
     bool isText;
   } const cases[] = {{HOL_STANDARDS "/../tests/data/site-v150.xml", false},
                      {HOL_STANDARDS "/legacy/ISO.txt", true}};
-  constexpr std::size_t percent = kIsSanitized ? 60 : 10;
+  const std::size_t percent = kIsSanitized ? 60 : 10;
   for (const auto& test : cases) {
     const std::string old = ReadWholeFile(test.file);
     const std::string current = Upgraded(old, test.isText);

@@ -9,8 +9,8 @@
 
 // Texts made to harm: as long as no honest one is.
 
-inline constexpr std::size_t kMillion = kIsSanitized ? 100'000 : 1'000'000;
-inline constexpr std::size_t kManyBytes = kIsSanitized ? 20'000'000 : 200'000'000;
+inline const std::size_t kMillion = kIsSanitized ? 100'000 : 1'000'000;
+inline const std::size_t kManyBytes = kIsSanitized ? 20'000'000 : 200'000'000;
 
 inline std::string Repeated(std::string_view text, std::size_t count) {
   std::string repeated;

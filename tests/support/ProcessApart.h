@@ -14,11 +14,7 @@
 #include <string>
 #include <utility>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr bool kIsSanitized = true;
-#else
-inline constexpr bool kIsSanitized = false;
-#endif
+#include "Sanitizers.h"
 
 /// What a piece of work in a process of its own came to.
 struct ApartRun {
@@ -72,7 +68,7 @@ inline constexpr int kNothingIsMeasured = 77;
 
 /// Seconds of processor time that no work of a test needs unless its time grows with the square of
 /// its input, and that such work would exceed many times.
-inline constexpr unsigned kEnoughSeconds = kIsSanitized ? 600 : 60;
+inline const unsigned kEnoughSeconds = kIsSanitized ? 600 : 60;
 
 /// A process of its own that does `work`. One that takes more processor time than `seconds` is
 /// ended by the system.

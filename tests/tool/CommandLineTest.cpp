@@ -208,7 +208,7 @@ TEST(CommandLine, AClosedStreamTakesNothingOfAFile) {
   const TemporaryFolder folder;
   const std::string file = folder.Write("a.xml", WithSheets(SampleStandard()));
   const auto status = [](const std::string& line) {
-    const int ended = std::system((std::string(HOL_TOOL) + " " + line).c_str());
+    const int ended = std::system((BuiltProgram("holstd") + " " + line).c_str());
     return WIFEXITED(ended) ? WEXITSTATUS(ended) : -1;
   };
   for (const std::string closed : {" >&-", " 2>&-", " <&-", " <&- >&- 2>&-"}) {

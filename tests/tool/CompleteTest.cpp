@@ -67,8 +67,8 @@ std::vector<std::string> OfferedByBash(const std::vector<std::string>& words,
       "bash",
       "complete() { :; }; compopt() { :; }; . " HOL_COMPLETION "; COMP_WORDS=(x " +
           Literally(last.value_or(words.back())) + "); COMP_CWORD=1; COMP_LINE=" + Literally(line) +
-          "; COMP_POINT=" + std::to_string(line.size()) +
-          "; _holstd " HOL_TOOL "; [ ${#COMPREPLY[@]} = 0 ] || printf '%s\\n' \"${COMPREPLY[@]}\"");
+          "; COMP_POINT=" + std::to_string(line.size()) + "; _holstd " + BuiltProgram("holstd") +
+          "; [ ${#COMPREPLY[@]} = 0 ] || printf '%s\\n' \"${COMPREPLY[@]}\"");
 }
 
 const std::string kZshScript =
@@ -83,7 +83,8 @@ std::vector<std::string> OfferedByZsh(const std::vector<std::string>& words) {
   std::string script =
       "compset() { :; }; _files() { print files; }\n"
       "compadd() { shift $(( $argv[(i)--] )); print -rl -- \"$@\"; }\n"
-      "words=(" HOL_TOOL;
+      "words=(" +
+      BuiltProgram("holstd");
   for (const std::string& word : words) script += " " + Literally(word);
   script += "); CURRENT=" + std::to_string(words.size() + 1) +
             "; PREFIX=" + Literally(words.back()) + "; QIPREFIX=\nf() {\n. " + kZshScript +

@@ -14,7 +14,8 @@ class Installation {
   explicit Installation(const std::string& standard) {
     namespace fs = std::filesystem;
     const char* const library = "libHolStandardInfra.so.0";
-    const fs::path built = fs::path(HOL_TOOL).parent_path().parent_path() / "lib" / library;
+    const fs::path built =
+        fs::path(BuiltProgram("holstd")).parent_path().parent_path() / "lib" / library;
     const fs::path copy = folder_ / library;
     std::error_code error;
     fs::create_hard_link(fs::canonical(built), copy, error);

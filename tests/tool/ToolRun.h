@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "BuiltProgram.h"
 #include "TemporaryFolder.h"
 
 /// What the tool left behind.
@@ -104,10 +105,11 @@ void Limit(Resource resource, rlim_t most) {
   std::signal(SIGPIPE, with.isPipeIgnored ? SIG_IGN : SIG_DFL);  // whatever started the tests
   Limit(RLIMIT_FSIZE, with.mostFileBytes);
   Limit(RLIMIT_AS, with.mostMemory);
-  std::vector<char*> argv = {const_cast<char*>(HOL_TOOL)};
+  const std::string tool = BuiltProgram("holstd");
+  std::vector<char*> argv = {const_cast<char*>(tool.c_str())};
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
-  ::execv(HOL_TOOL, argv.data());
+  ::execv(tool.c_str(), argv.data());
   ::_exit(127);
 }
 
