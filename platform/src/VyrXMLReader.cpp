@@ -389,11 +389,24 @@ class Reader {
   VyrProblem& problem_;
 };
 
+/// Room for the attributes of any element that is read, five fields for each. Where the parser has
+/// to make more room and there is no memory for all of it, it goes on in room that it has freed
+/// (libxml2 2.9.14).
+void MakeRoomForAttributes(xmlParserCtxt& context) {
+  constexpr std::size_t attributes = kMostXMLAttributes + kMostDefaults + 1;
+  constexpr std::size_t fields = attributes * 5;
+  context.atts = static_cast<const xmlChar**>(xmlMalloc(fields * sizeof(xmlChar*)));
+  context.attallocs = static_cast<int*>(xmlMalloc(attributes * sizeof(int)));
+  if (context.atts == nullptr || context.attallocs == nullptr) VyrThrowOutOfMemory();
+  context.maxatts = static_cast<int>(fields);
+}
+
 bool Parse(std::string text, VyrXMLTree& tree, VyrProblem& problem) {
   xmlInitParser();
   const VyrQuietXML quiet;
   const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
   if (context == nullptr) VyrThrowOutOfMemory();
+  MakeRoomForAttributes(*context);
   Reader reader(context.get(), text, tree, problem);
   xmlSetStructuredErrorFunc(&reader, Reader::TakeInnerError);
   xmlCtxtUseOptions(context.get(),

@@ -381,7 +381,7 @@ TEST(InjectedFaults, FileWithATimeOfItsOwnOverAnOldFile) {
 TEST(InjectedFaults, ToolThatConvertsOverAnOldFile) {
   const Save save = [](const std::string& path, const Faults& faults) {
     return RunProcess({BuiltProgram("holstd"), "convert", ShippedStandard("legacy/ISO.txt"), "-o",
-                       path, "--shipped", "-q"},
+                       path, "--shipped", "-q", "--no-backup"},
                       faults);
   };
   ExpectEveryFaultSurvived(SaveScene::OldFile, save, Thoroughness::OneError);

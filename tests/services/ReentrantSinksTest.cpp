@@ -289,8 +289,8 @@ TEST_P(ReentrantSinks, MayLetGoOfTheStandardDuringEveryQuery) {
 
 TEST_P(ReentrantSinks, MayAskTheSameStyleOrLetGoOfIt) {
   const std::string longPath = std::string(500, 'x') + ".Size";
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"Font.Size", "3.500000"}, {"Font.None", "0.000000"}, {"Odd", "0.000000"}};
+  const std::vector<std::pair<std::string, double>> cases = {
+      {"Font.Size", 3.5}, {"Font.None", 0}, {"Odd", 0}};
   for (const bool isReleased : {false, true}) {
     for (const auto& [path, expected] : cases) {
       const TransientStandard standard = NewStandard();
@@ -312,7 +312,7 @@ TEST_P(ReentrantSinks, MayAskTheSameStyleOrLetGoOfIt) {
       const Channels channels(GetParam());
       double size = 0;
       borrowed.GetValue(path.c_str(), 1, size);
-      EXPECT_EQ(std::to_string(size), expected) << path;
+      EXPECT_EQ(size, expected) << path;
     }
   }
 }

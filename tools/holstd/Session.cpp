@@ -107,6 +107,11 @@ void Session::Complain(const Failure& failure) const {
   WriteLine(line + Shown(failure.text));
 }
 
+void Session::BeginAnswer() const noexcept {
+  ForgetMemoryShortage();
+  isDone_ = false;
+}
+
 void Session::RequireWholeAnswer() const {
   if (!isDone_) RequireMemory();
 }
@@ -115,6 +120,7 @@ ExitStatus Session::Refuse(const Failure& failure) const noexcept {
   const ExitStatus status = failure.status == kNotWritten ? kNotWritten : kInvalidInput;
   try {
     Complain(failure);
+    isDone_ = true;
     return failure.status;
   } catch (const std::bad_alloc&) {
     ComplainOfMemory();
@@ -139,6 +145,7 @@ ExitStatus ForEachFile(Session& session, const std::vector<std::string>& files,
   }
   ExitStatus worst = kDone;
   for (const std::string& file : files) {
+    session.BeginAnswer();
     try {
       const ExitStatus status = visit(file);
       session.RequireWholeAnswer();

@@ -43,8 +43,10 @@ class Session {
   /// Of an input that is taken all the same, but perhaps not as it was meant.
   void Warn(const std::string& file, const std::string& text) const;
 
+  /// Of what comes next, as another file, nothing is told yet.
+  void BeginAnswer() const noexcept;
   /// Throws `std::bad_alloc` if memory has run out, and with it perhaps a part of the answer. Not
-  /// if the last that was told is what was done, which stays done.
+  /// if the last that was told is what was done, or why it was not, which stays so.
   void RequireWholeAnswer() const;
 
   enum class Paint { Good, Bad, Faint };
