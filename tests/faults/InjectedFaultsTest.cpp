@@ -234,9 +234,16 @@ void ExpectMessage(const ProcessRun& run, const std::string& path, const std::st
   EXPECT_EQ(std::count(run.message.begin(), run.message.end(), '\n'), 1) << run.message;
 }
 
+const std::string kOfTool = "holstd: ";
+
+/// The tool looks at what it replaces, and fails for more reasons, as a change does.
+bool IsOfTool(const ProcessRun& run) {
+  return run.message.starts_with(kOfTool);
+}
+
 /// The same of a change that keeps what it replaces, which fails for more reasons.
 void ExpectMessageOfChange(const ProcessRun& run, const std::string& path, int error) {
-  EXPECT_THAT(run.message, testing::StartsWith(path));
+  EXPECT_THAT(run.message, testing::StartsWith((IsOfTool(run) ? kOfTool : "") + path));
   EXPECT_THAT(run.message, testing::HasSubstr(": " + TextOf(error)));
   EXPECT_EQ(std::count(run.message.begin(), run.message.end(), '\n'), 1) << run.message;
 }
@@ -274,7 +281,7 @@ void ExpectRefused(const SaveScene& scene, const ProcessRun& run, const Fault& f
   const bool leavesBackup = fault.fate == Fate::LeavesBackup;
   EXPECT_EQ(run.status, kNotSaved);
   EXPECT_EQ(scene.Now(), leavesBackup ? scene.SavedButNotUsedUp() : scene.Before());
-  if (scene.HasBackups()) {
+  if (scene.HasBackups() || IsOfTool(run)) {
     ExpectMessageOfChange(run, scene.Path(), fault.Error());
   } else {
     ExpectMessage(run, scene.Path(), ReasonOf(fault.Error()));
