@@ -45,9 +45,10 @@ class HOLSTANDARDINFRA_EXPORT VyrDifDftStyle
 
  private:
   template <class... Arguments>
-  HRESULT Forward(const char* operation,
-                  HRESULT (VyrIDrwStandard::*query)(const char*, Arguments...), const char* path,
-                  Arguments... arguments);
+  HOLSTANDARDINFRA_NO_EXPORT HRESULT Forward(const char* operation,
+                                             HRESULT (VyrIDrwStandard::*query)(const char*,
+                                                                               Arguments...),
+                                             const char* path, Arguments... arguments);
 
   VyrIDrwStandard_var standard_;
   VyrUnicodeString name_;
