@@ -29,7 +29,7 @@ struct VyrUnshown {
   std::size_t at = std::string_view::npos;  ///< its first byte; `npos`: all is shown as it is
   std::size_t size = 0;                     ///< in bytes
   char32_t code = 0;                        ///< the code point, or the byte that is not UTF-8
-  bool isUtf8 = true;
+  bool isUtf8 = true;                       ///< false of such a byte
 };
 
 /// The first code point or byte of `text` from `from` on, a beginning of a code point, that is not
