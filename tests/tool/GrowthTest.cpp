@@ -2,6 +2,7 @@
 #include <functional>
 #include <sstream>
 
+#include "Sanitizers.h"
 #include "ToolRun.h"
 
 namespace {
@@ -115,6 +116,10 @@ std::vector<std::pair<std::string, std::string>> Counted(const std::string& note
 
 class Growth : public testing::Test {
  protected:
+  void SetUp() override {
+    if (kIsSanitized) GTEST_SKIP() << "memory is not counted under sanitizers";
+  }
+
   Cost CostOf(const std::vector<std::string>& arguments, const std::vector<Shape>& shapes,
               int count) {
     Cost cost;
