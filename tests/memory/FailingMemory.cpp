@@ -22,12 +22,12 @@ bool Fails() {
   return true;
 }
 
-void* Allocate(std::size_t size) noexcept {
+void* AllocateOrNull(std::size_t size) noexcept {
   return Fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
 }
 
 void* AllocateOrThrow(std::size_t size) {
-  void* const memory = Allocate(size);
+  void* const memory = AllocateOrNull(size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
@@ -49,33 +49,4 @@ bool FailingMemory::HasFailed() const {
   return hasFailed;
 }
 
-void* operator new(std::size_t size) {
-  return AllocateOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-  return AllocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
-}
+#include "ReplacedOperators.h"

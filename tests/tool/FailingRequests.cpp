@@ -35,7 +35,7 @@ bool Fails() {
 }
 
 /// As the library does it: who has set a handler hears of the failure, and ends the request.
-void* Allocate(std::size_t size) {
+void* AllocateOrThrow(std::size_t size) {
   for (;;) {
     void* const memory = Fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (memory != nullptr) return memory;
@@ -45,9 +45,9 @@ void* Allocate(std::size_t size) {
   }
 }
 
-void* AllocateOrNot(std::size_t size) noexcept {
+void* AllocateOrNull(std::size_t size) noexcept {
   try {
-    return Allocate(size);
+    return AllocateOrThrow(size);
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
@@ -55,33 +55,4 @@ void* AllocateOrNot(std::size_t size) noexcept {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
-  return Allocate(size);
-}
-void* operator new[](std::size_t size) {
-  return Allocate(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return AllocateOrNot(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return AllocateOrNot(size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
-}
+#include "ReplacedOperators.h"
